@@ -1,0 +1,46 @@
+# Zarvelin: every target installs what it needs on a fresh Debian machine, then builds.
+SHELL := /bin/bash
+JOBS ?= 2
+FUZZ_SECONDS ?= 30
+
+.PHONY: all run test bench fuzz deps build-debug build-release build-fuzz format screenshot clean
+
+all: build-release
+
+deps:
+	@scripts/install-deps build
+
+build-debug: deps
+	cmake --preset debug >/dev/null
+	cmake --build build/debug -j$(JOBS)
+
+build-release: deps
+	cmake --preset release >/dev/null
+	cmake --build build/release -j$(JOBS)
+
+# Opens the desktop program on the bundled sample game system.
+run: build-release
+	./build/release/bin/zarvelin
+
+# Every test, in the sanitizer build.
+test: build-debug
+	ctest --test-dir build/debug --output-on-failure -j$(JOBS)
+
+bench: build-release
+	scripts/run-benchmarks build/release/bin
+
+fuzz:
+	@scripts/install-deps fuzz
+	cmake --preset fuzz >/dev/null
+	cmake --build build/fuzz -j$(JOBS)
+	scripts/run-fuzzers build/fuzz/bin $(FUZZ_SECONDS)
+
+screenshot: build-release
+	@scripts/install-deps screenshot
+	scripts/screenshot build/release/bin/zarvelin docs/screenshot.png
+
+format:
+	git ls-files '*.cpp' '*.h' | xargs clang-format -i
+
+clean:
+	rm -rf build
