@@ -255,6 +255,7 @@ class TokenStream {
   void noteLineEnd();
   int readTextWord(std::string& out, size_t capacity);
   int readBinaryString(std::string& out, size_t capacity, bool longLength);
+  int readStringBytes(std::string& out, size_t capacity, uint32_t length);
   int readRawBytes(char* target, size_t count);
   int putByte(char byte);
   int putBytes(std::string_view bytes);
