@@ -104,11 +104,12 @@ bool IniFile::save(const std::filesystem::path& path) const {
 
 template <typename Visit>
 void IniFile::forEachEntryIn(std::string_view section, Visit visit) const {
+  const std::string wanted = trim(section);
   bool inSection = false;
   for (size_t i = 0; i < lines_.size(); ++i) {
     const Line& line = lines_[i];
     if (line.kind == Kind::Section) {
-      inSection = equalsIgnoringCase(line.name, section);
+      inSection = equalsIgnoringCase(line.name, wanted);
     } else if (inSection && line.kind == Kind::Entry) {
       if (!visit(i, line)) return;
     }
@@ -130,9 +131,8 @@ bool IniFile::set(std::string_view section, std::string_view key, std::string_vi
   std::string sectionName = trim(section);
   std::string name = trim(key);
   if (name.empty() || name.front() == '[' || name.front() == ';' ||
-      name.find('=') != std::string::npos || hasLineBreak(name) ||
-      sectionName.find(']') != std::string::npos || hasLineBreak(sectionName) ||
-      hasLineBreak(value)) {
+      name.find('=') != std::string::npos || hasLineBreak(key) ||
+      sectionName.find(']') != std::string::npos || hasLineBreak(section) || hasLineBreak(value)) {
     return false;
   }
   const std::string encoded = encodeValue(value);
