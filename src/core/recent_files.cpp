@@ -77,10 +77,13 @@ std::string shortenInMiddle(std::string_view text, size_t maxChars) {
   if (maxChars == 0 || text.size() <= maxChars) return std::string(text);
   if (maxChars <= kEllipsis.size()) return std::string(kEllipsis.substr(0, maxChars));
   const size_t keep = maxChars - kEllipsis.size();
+  // Keep the file name (with its separator) whole at the end when it fits; otherwise keep as
+  // much of the beginning as of the end.
   size_t nameStart = text.find_last_of("/\\");
-  size_t nameLength = nameStart == std::string_view::npos ? text.size() : text.size() - nameStart;
-  // The end keeps the file name (with its separator) and at least half of the room.
-  size_t tail = std::min(keep, std::max(nameLength, keep - keep / 2));
+  size_t tail = keep - keep / 2;
+  if (nameStart != std::string_view::npos && text.size() - nameStart <= keep) {
+    tail = text.size() - nameStart;
+  }
   size_t head = keep - tail;
   return std::string(text.substr(0, head)) + std::string(kEllipsis) +
          std::string(text.substr(text.size() - tail));

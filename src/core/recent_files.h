@@ -50,8 +50,9 @@ class RecentFiles {
   std::vector<std::string> entries_;
 };
 
-/// Shortens a text to `maxChars` by putting "..." in place of its middle, keeping the file name at
-/// the end whole when there is room for it.
+/// Shortens a text to `maxChars` by putting "..." in place of its middle. The file name at the end
+/// is kept whole when it fits, with as much of the beginning as there is room for; otherwise the
+/// beginning and the end are kept in equal parts.
 std::string shortenInMiddle(std::string_view text, size_t maxChars);
 
 }  // namespace zv
