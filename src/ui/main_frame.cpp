@@ -1,12 +1,199 @@
 #include "ui/main_frame.h"
 
-#include <QMdiArea>
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDir>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFontMetrics>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QStatusBar>
+#include <QTimer>
+#include <QUrl>
+#include <algorithm>
+#include <filesystem>
+
+#include "core/deletion_list.h"
+#include "core/paths.h"
+#include "ui/frame_geometry.h"
+#include "ui/open_dialog_filters.h"
+#include "ui/text_codec.h"
 
 namespace zv::ui {
 
-MainFrame::MainFrame(QWidget* parent) : QMainWindow(parent) {
+namespace {
+
+// The longest recent-file entry the menu shows, in characters: a third of the screen's width.
+size_t recentFileMenuChars(const QMenu& menu) {
+  int average = std::max(1, QFontMetrics(menu.font()).averageCharWidth());
+  return static_cast<size_t>(std::max(20, availableScreenArea().width() / 3 / average));
+}
+
+std::vector<std::string> localFilesOf(const QMimeData* data) {
+  std::vector<std::string> paths;
+  if (!data || !data->hasUrls()) return paths;
+  for (const QUrl& url : data->urls()) {
+    if (url.isLocalFile()) paths.push_back(toNativePath(url.toLocalFile()));
+  }
+  return paths;
+}
+
+}  // namespace
+
+MainFrame::MainFrame(Settings& settings, AppSettings& appSettings, QWidget* parent)
+    : QMainWindow(parent), settings_(settings), appSettings_(appSettings) {
   setWindowTitle("Zarvelin");
-  setCentralWidget(new QMdiArea(this));
+  setObjectName("zarvel");
+  mdiArea_ = new QMdiArea(this);
+  mdiArea_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  mdiArea_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  setCentralWidget(mdiArea_);
+  buildMenus();
+  statusBar()->setVisible(appSettings_.showStatusBar);
+  setAcceptDrops(true);
+}
+
+void MainFrame::buildMenus() {
+  fileMenu_ = menuBar()->addMenu(tr("&File"));
+  fileMenu_->setObjectName("fileMenu");
+  QAction* open = fileMenu_->addAction(tr("&Open..."), this, &MainFrame::chooseAndOpenFiles);
+  open->setShortcut(QKeySequence::Open);
+  open->setData(kFileOpenCommand);
+  fileMenu_->addSeparator();
+  recentFilesEnd_ = fileMenu_->addSeparator();
+  QAction* exit = fileMenu_->addAction(tr("E&xit"), this, &QWidget::close);
+  exit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+  exit->setData(kFileExitCommand);
+  // The working directory may have changed since the entries were written.
+  connect(fileMenu_, &QMenu::aboutToShow, this, &MainFrame::rebuildRecentFilesMenu);
+
+  helpMenu_ = menuBar()->addMenu(tr("&Help"));
+  helpMenu_->setObjectName("helpMenu");
+  QAction* about = helpMenu_->addAction(tr("&About Zarvelin..."), this, &MainFrame::showAbout);
+  about->setData(kHelpAboutCommand);
+  rebuildRecentFilesMenu();
+}
+
+void MainFrame::rebuildRecentFilesMenu() {
+  for (QAction* action : recentFileActions_) {
+    fileMenu_->removeAction(action);
+    action->deleteLater();
+  }
+  recentFileActions_.clear();
+  if (recentFiles_.empty()) {
+    auto* placeholder = new QAction(fromSystemText(kEmptyRecentFilesText), fileMenu_);
+    placeholder->setEnabled(false);
+    recentFileActions_.push_back(placeholder);
+  } else {
+    size_t maxChars = recentFileMenuChars(*fileMenu_);
+    std::filesystem::path workingDir = toNativePath(QDir::currentPath());
+    for (size_t i = 0; i < recentFiles_.size(); ++i) {
+      int command = RecentFiles::commandFor(i);
+      std::string text = RecentFiles::menuText(static_cast<int>(i) + 1, recentFiles_.entries()[i],
+                                               workingDir, maxChars);
+      auto* action = new QAction(fromNativePath(text), fileMenu_);
+      action->setData(command);
+      action->setStatusTip(fromNativePath(recentFiles_.entries()[i]));
+      connect(action, &QAction::triggered, this, [this, command] { openRecentFile(command); });
+      recentFileActions_.push_back(action);
+    }
+  }
+  for (QAction* action : recentFileActions_)
+    fileMenu_->insertAction(recentFilesEnd_, action);
+}
+
+void MainFrame::readRecentFiles() {
+  recentFiles_.load(settings_);
+  rebuildRecentFilesMenu();
+}
+
+void MainFrame::addRecentFile(const std::string& path) {
+  recentFiles_.add(path);
+  rebuildRecentFilesMenu();
+}
+
+void MainFrame::openRecentFile(int command) {
+  int index = RecentFiles::indexForCommand(command);
+  if (index < 0 || static_cast<size_t>(index) >= recentFiles_.size()) return;
+  // A copy: opening reorders the list.
+  std::string path = recentFiles_.entries()[static_cast<size_t>(index)];
+  openFile(path);
+}
+
+void MainFrame::chooseAndOpenFiles() {
+  FileRequest request;
+  request.mode = FileRequest::Mode::OpenMany;
+  request.title = "Open";
+  request.directory = toNativePath(QDir::currentPath());
+  request.filters = openDialogFilters();
+  std::vector<std::string> paths = host().chooseFiles(request);
+  if (paths.empty()) return;
+  // As the system's Open dialog does, the folder of the choice becomes the working directory.
+  std::error_code ignored;
+  std::filesystem::current_path(std::filesystem::path(paths.front()).parent_path(), ignored);
+  for (const std::string& path : paths)
+    openFile(path);
+}
+
+void MainFrame::showAbout() {
+  QMessageBox::about(this, tr("About Zarvelin"),
+                     tr("<h3>Zarvelin</h3><p>Character sheets for tabletop role-playing "
+                        "games.</p><p>Built with Qt %1.</p>")
+                         .arg(QString::fromLatin1(qVersion())));
+}
+
+void MainFrame::showFromSettings() {
+  placeWindow(*this, appSettings_.screenPos, availableScreenArea());
+  if (appSettings_.maximized) {
+    showMaximized();
+  } else {
+    show();
+  }
+}
+
+void MainFrame::closeEvent(QCloseEvent* event) {
+  // Every document is asked to close; one that stays keeps the frame.
+  for (QMdiSubWindow* window : mdiArea_->subWindowList()) {
+    if (!window->close()) {
+      event->ignore();
+      return;
+    }
+  }
+  writeSettingsAtExit();
+  event->accept();
+}
+
+void MainFrame::writeSettingsAtExit() {
+  if (settingsWritten_) return;
+  settingsWritten_ = true;
+  setAcceptDrops(false);
+  bool maximized = isMaximized();
+  if (!maximized) appSettings_.screenPos = windowRectOf(*this);
+  appSettings_.maximized = maximized;
+  appSettings_.curDir = toNativePath(QDir::currentPath());
+  appSettings_.saveAtExit(settings_, maximized);
+  recentFiles_.save(settings_);
+  std::error_code ignored;
+  std::filesystem::path tempDir = appSettings_.sourceDirectory / kTemporaryDirName;
+  if (std::filesystem::is_directory(tempDir, ignored)) processDeletionList(tempDir);
+}
+
+void MainFrame::dragEnterEvent(QDragEnterEvent* event) {
+  if (!localFilesOf(event->mimeData()).empty()) event->acceptProposedAction();
+}
+
+void MainFrame::dropEvent(QDropEvent* event) {
+  std::vector<std::string> paths = localFilesOf(event->mimeData());
+  if (paths.empty()) return;
+  event->acceptProposedAction();
+  // Opened after the drop has ended, so that boxes don't appear in the middle of the drag.
+  QTimer::singleShot(0, this, [this, paths] {
+    for (const std::string& path : paths)
+      openFile(path);
+  });
 }
 
 }  // namespace zv::ui

@@ -1,0 +1,36 @@
+#include "ui/not_yet_supported.h"
+
+namespace zv::ui {
+
+std::string_view unsupportedDocumentKind(const OpenDecision& decision) {
+  switch (decision.action) {
+    case OpenAction::OpenSheet:
+      return decision.code == kFileCharacterTemplate ? "character template" : "character sheet";
+    case OpenAction::OpenPrintTemplate:
+      return "print template";
+    case OpenAction::OpenMacroDataSheet:
+      return "macro data sheet";
+    case OpenAction::OpenDataSheet:
+      return "data sheet";
+    case OpenAction::OpenGroup:
+      return "group";
+    case OpenAction::ConvertExternal:
+      return "externally converted";
+    case OpenAction::Nothing:
+    case OpenAction::ShowMessage:
+    case OpenAction::OpenAsText:
+    case OpenAction::HandToSystem:
+      break;
+  }
+  return {};
+}
+
+std::string notYetSupportedText(std::string_view kind, std::string_view path) {
+  std::string text = "Opening ";
+  text.append(kind);
+  text += " files is not yet supported: ";
+  text.append(path);
+  return text;
+}
+
+}  // namespace zv::ui
