@@ -3,32 +3,117 @@
 #include <cstdio>
 #include <iostream>
 
+#include "cli/commands.h"
 #include "core/headless_host.h"
+#include "core/numbers.h"
 
 namespace zv::cli {
+
+namespace {
+
+struct CommandEntry {
+  const char* name;
+  int (*run)(Context&, const std::vector<std::string>&);
+};
+
+constexpr CommandEntry kCommands[] = {
+    {"identify", runIdentify},
+};
+
+/// Takes the global options from the front of `args`; false on a bad option.
+bool parseGlobalOptions(std::vector<std::string>& args, GlobalOptions& options,
+                        std::string& error) {
+  size_t i = 0;
+  auto value = [&](const char* name) -> const std::string* {
+    if (i + 1 >= args.size()) {
+      error = std::string(name) + " needs a value";
+      return nullptr;
+    }
+    return &args[++i];
+  };
+  for (; i < args.size(); ++i) {
+    const std::string& arg = args[i];
+    if (arg == "--data-dir") {
+      auto v = value("--data-dir");
+      if (!v) return false;
+      options.dataDir = *v;
+    } else if (arg == "--settings") {
+      auto v = value("--settings");
+      if (!v) return false;
+      options.settingsFile = *v;
+    } else if (arg == "--answers") {
+      auto v = value("--answers");
+      if (!v) return false;
+      options.answersFile = *v;
+    } else if (arg == "--seed") {
+      auto v = value("--seed");
+      if (!v) return false;
+      options.seed = std::stoul(*v);
+    } else if (arg == "--help" || arg == "-h") {
+      options.help = true;
+    } else if (arg.size() > 2 && arg.compare(0, 2, "--") == 0) {
+      error = "unknown option '" + arg + "'";
+      return false;
+    } else {
+      break;
+    }
+  }
+  args.erase(args.begin(), args.begin() + static_cast<long>(i));
+  return true;
+}
+
+}  // namespace
 
 std::string helpText() {
   return "Usage: zarvelin-cli [--data-dir DIR] [--settings FILE] [--answers FILE] [--seed N] "
          "COMMAND ARGS\n"
          "\n"
          "Commands:\n"
-         "  identify FILE...   tell the kind of each file: CODE<TAB>GAMESYSTEM<TAB>FILE\n"
+         "  identify FILE...   the kind of each file, one line each:\n"
+         "                     CODE<TAB>GAMESYSTEM<TAB>FILE (1 sheet, 2 template, 3 print\n"
+         "                     template, 4 macro data sheet, 5 text, 6 data sheet, 7 filter,\n"
+         "                     8 conversion script, 9 group, 10 data sheet list, -1 unknown,\n"
+         "                     -2 can't be opened, -3 not recognizable)\n"
          "\n"
          "Options:\n"
          "  --data-dir DIR     where game system data are found (default: the setting\n"
          "                     \"Source Directory\")\n"
          "  --settings FILE    read settings from this INI file\n"
          "  --answers FILE     answers to the questions the program asks, one per line\n"
+         "                     (a button name such as Yes or Cancel, or a value)\n"
          "  --seed N           seed of the random generator\n"
-         "  --help             this text\n";
+         "  --help             this text\n"
+         "\n"
+         "Messages appear on stderr as one line each: [Title] text.\n"
+         "Exit status: 0 done, 1 the operation failed, 2 bad usage.\n";
 }
 
-int run(const std::vector<std::string>& args) {
-  if (args.empty() || args[0] == "--help" || args[0] == "-h") {
-    std::cout << helpText();
-    return args.empty() ? 2 : 0;
+int run(const std::vector<std::string>& arguments) {
+  std::vector<std::string> args = arguments;
+  GlobalOptions options;
+  std::string error;
+  if (!parseGlobalOptions(args, options, error)) {
+    std::cerr << "zarvelin-cli: " << error << "\n\n" << helpText();
+    return 2;
   }
-  std::cerr << "zarvelin-cli: unknown command '" << args[0] << "'\n\n" << helpText();
+  if (options.help) {
+    std::cout << helpText();
+    return 0;
+  }
+  if (args.empty()) {
+    std::cerr << helpText();
+    return 2;
+  }
+  const std::string command = args.front();
+  args.erase(args.begin());
+  for (const CommandEntry& entry : kCommands) {
+    if (command == entry.name) {
+      Context context(options);
+      if (!context.ready()) return 1;
+      return entry.run(context, args);
+    }
+  }
+  std::cerr << "zarvelin-cli: unknown command '" << command << "'\n\n" << helpText();
   return 2;
 }
 

@@ -1,0 +1,38 @@
+#include <iostream>
+
+#include "cli/cli.h"
+#include "cli/commands.h"
+#include "core/messages.h"
+#include "core/numbers.h"
+
+namespace zv::cli {
+
+namespace {
+
+Settings openSettings(const GlobalOptions& options) {
+  if (!options.settingsFile.empty()) return Settings::fromFile(options.settingsFile);
+  return Settings::forProgram(programDirectory());
+}
+
+}  // namespace
+
+Context::Context(const GlobalOptions& options)
+    : host_(stderr),
+      installation_(host_),
+      settings_(openSettings(options)),
+      appSettings_(AppSettings::load(settings_, programDirectory())) {
+  if (!options.answersFile.empty() && !host_.loadAnswers(options.answersFile)) {
+    showError(strprintf("Cannot read the answers file %s.", options.answersFile));
+    ready_ = false;
+  }
+  setUseFractions(appSettings_.useFractions);
+  dataDir_ = options.dataDir.empty() ? appSettings_.sourceDirectory
+                                     : std::filesystem::path(options.dataDir);
+}
+
+int usageError(const std::string& message) {
+  std::cerr << "zarvelin-cli: " << message << "\n\n" << helpText();
+  return 2;
+}
+
+}  // namespace zv::cli
