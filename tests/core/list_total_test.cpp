@@ -7,7 +7,7 @@
 namespace zv {
 namespace {
 
-struct ItemSpec {
+struct ItemRow {
   ItemKind kind;
   double totalCost;
   bool inTotal;
@@ -18,7 +18,7 @@ struct ItemSpec {
 TEST(ListTotal, AddsUpItemsInTheTotal) {
   struct Case {
     const char* label;
-    std::vector<ItemSpec> items;
+    std::vector<ItemRow> items;
     double expected;
   };
   const Case cases[] = {
@@ -41,12 +41,12 @@ TEST(ListTotal, AddsUpItemsInTheTotal) {
   for (const auto& c : cases) {
     ListInfo list;
     list.total = 99.0;
-    for (const auto& spec : c.items) {
-      auto item = std::make_unique<Item>(spec.kind);
-      item->totalCost = spec.totalCost;
-      item->setInTotal(spec.inTotal);
-      item->setChildCostsSeparate(spec.childCostsSeparate);
-      item->childCost = spec.childCost;
+    for (const auto& row : c.items) {
+      auto item = std::make_unique<Item>(row.kind);
+      item->totalCost = row.totalCost;
+      item->setInTotal(row.inTotal);
+      item->setChildCostsSeparate(row.childCostsSeparate);
+      item->childCost = row.childCost;
       list.appendItem(std::move(item));
     }
     EXPECT_DOUBLE_EQ(addUpList(list), c.expected) << c.label;
