@@ -18,20 +18,20 @@ std::string dateString(const LocalTime& time) {
 
 void TokenStream::setStream(ByteStream* stream) {
   ownedStream_.reset();
-  stream_ = stream;
+  borrowedStream_ = stream;
   bufferPos_ = 0;
   bufferCount_ = 0;
 }
 
 void TokenStream::setStream(std::unique_ptr<ByteStream> stream) {
   ownedStream_ = std::move(stream);
-  stream_ = ownedStream_.get();
+  borrowedStream_ = nullptr;
   bufferPos_ = 0;
   bufferCount_ = 0;
 }
 
 void TokenStream::closeStream() {
-  stream_ = nullptr;
+  borrowedStream_ = nullptr;
   ownedStream_.reset();
   bufferPos_ = 0;
   bufferCount_ = 0;
@@ -40,14 +40,15 @@ void TokenStream::closeStream() {
 bool TokenStream::rewind() {
   bufferPos_ = 0;
   bufferCount_ = 0;
-  return stream_ != nullptr && stream_->rewind();
+  return hasStream() && stream()->rewind();
 }
 
 int TokenStream::fillBuffer() {
   bufferPos_ = 0;
   bufferCount_ = 0;
-  if (stream_ == nullptr) return kTokenFailed;
-  long got = stream_->read(buffer_.data(), static_cast<long>(kTokenBufferSize));
+  ByteStream* source = stream();
+  if (source == nullptr) return kTokenFailed;
+  long got = source->read(buffer_.data(), static_cast<long>(kTokenBufferSize));
   if (got <= 0) return kEndOfFile;
   bufferCount_ = static_cast<int32_t>(got);
   return kTokenOk;

@@ -142,8 +142,8 @@ class TokenStream {
   void setStream(ByteStream* stream);
   /// Uses and owns a stream.
   void setStream(std::unique_ptr<ByteStream> stream);
-  ByteStream* stream() const { return stream_; }
-  bool hasStream() const { return stream_ != nullptr; }
+  ByteStream* stream() const { return ownedStream_ ? ownedStream_.get() : borrowedStream_; }
+  bool hasStream() const { return stream() != nullptr; }
   /// Drops the stream (closing it when owned) and empties the buffer.
   void closeStream();
   /// Rewinds the stream and empties the buffer, for reading again from the first byte.
@@ -274,7 +274,7 @@ class TokenStream {
   bool noWrap_ = false;
   std::string name_;
 
-  ByteStream* stream_ = nullptr;
+  ByteStream* borrowedStream_ = nullptr;
   std::unique_ptr<ByteStream> ownedStream_;
   CharSource* charSource_ = nullptr;
 };

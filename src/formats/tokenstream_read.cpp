@@ -31,12 +31,13 @@ int TokenStream::openStream(uint32_t magic) {
   lastChar_ = 0;
   bufferPos_ = 0;
   bufferCount_ = 0;
-  if (stream_ == nullptr) return kTokenFailed;
+  ByteStream* source = stream();
+  if (source == nullptr) return kTokenFailed;
   // Gather at least four bytes, as a pipe may deliver fewer in one read, so that going back to the
   // first byte never needs a seek.
   while (bufferCount_ < 4) {
-    long got = stream_->read(buffer_.data() + bufferCount_,
-                             static_cast<long>(kTokenBufferSize) - bufferCount_);
+    long got = source->read(buffer_.data() + bufferCount_,
+                            static_cast<long>(kTokenBufferSize) - bufferCount_);
     if (got <= 0) break;
     bufferCount_ += static_cast<int32_t>(got);
   }
@@ -91,7 +92,7 @@ int readLittleEndian(TokenStream& stream, T& value, int bytes) {
 
 int TokenStream::readTextWord(std::string& out, size_t capacity) {
   out.clear();
-  if (stream_ == nullptr && charSource_ == nullptr) return kTokenFailed;
+  if (!hasStream() && charSource_ == nullptr) return kTokenFailed;
   const size_t limit = capacity > 0 ? capacity - 1 : 0;
   int c = skip();
   if (c == kEndOfFile) {

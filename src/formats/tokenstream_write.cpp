@@ -30,11 +30,12 @@ void TokenStream::beginWrite() {
 }
 
 int TokenStream::flush() {
-  if (stream_ == nullptr) return kWriteNoStream;
+  ByteStream* sink = stream();
+  if (sink == nullptr) return kWriteNoStream;
   if (bufferPos_ == 0) return kWriteOk;
   const long pending = static_cast<long>(bufferPos_);
   bufferPos_ = 0;
-  long written = stream_->write(buffer_.data(), pending);
+  long written = sink->write(buffer_.data(), pending);
   if (written < 0) return kWriteError;
   if (written < pending) return kWriteDiskFull;
   return kWriteOk;
@@ -167,7 +168,7 @@ int TokenStream::writeBytes(std::string_view bytes) {
   framed.append(bytes);
   framed.append("\" ");
   const long count = static_cast<long>(framed.size());
-  long written = stream_->write(framed.data(), count);
+  long written = stream()->write(framed.data(), count);
   if (written < 0) return kWriteError;
   if (written < count) return kWriteDiskFull;
   return kWriteOk;

@@ -409,6 +409,17 @@ TEST(TokenStreamText, RewindReadsAgainFromTheStart) {
   EXPECT_EQ(word, "first");
 }
 
+TEST(TokenStreamText, AMovedStreamReadsOnAndTheOldOneHasNoStream) {
+  auto original = readerOver("one two");
+  std::string word;
+  ASSERT_EQ(original->readWord(word, 64), kTokenOk);
+  TokenStream moved = std::move(*original);
+  EXPECT_FALSE(original->hasStream());
+  EXPECT_EQ(original->readWord(word, 64), kTokenFailed);
+  ASSERT_EQ(moved.readWord(word, 64), kTokenOk);
+  EXPECT_EQ(word, "two");
+}
+
 TEST(DateString, CreatedForms) {
   LocalTime time;
   time.year = 2024;
