@@ -77,13 +77,19 @@ template <typename... Ts>
 struct Overloaded : Ts... {
   using Ts::operator()...;
 };
+template <typename... Ts>
+Overloaded(Ts...) -> Overloaded<Ts...>;
 
 }  // namespace
 
 AppSettings AppSettings::load(const Settings& settings, const fs::path& programDir) {
   AppSettings app;
   for (const Field& field : fields()) {
-    const auto [section, key, defaultText] = field.setting;
+    // Plain names rather than structured bindings, which lambdas may not capture in every
+    // compiler this project builds with.
+    const std::string_view section = field.setting.section;
+    const std::string_view key = field.setting.key;
+    const std::string_view defaultText = field.setting.defaultText;
     std::visit(Overloaded{
                    [&](std::string AppSettings::*m) {
                      app.*m = settings.getString(section, key, defaultText);

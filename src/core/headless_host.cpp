@@ -58,7 +58,7 @@ std::string HeadlessHost::lineFor(std::string_view title, std::string_view text)
   return line;
 }
 
-void HeadlessHost::emit(std::string line) {
+void HeadlessHost::emitLine(std::string line) {
   if (out_) {
     std::fputs(line.c_str(), out_);
     std::fputc('\n', out_);
@@ -68,11 +68,11 @@ void HeadlessHost::emit(std::string line) {
 }
 
 void HeadlessHost::message(Severity, std::string_view title, std::string_view text) {
-  emit(lineFor(title, text));
+  emitLine(lineFor(title, text));
 }
 
 Button HeadlessHost::ask(const Question& question) {
-  emit(lineFor(question.title, question.text));
+  emitLine(lineFor(question.title, question.text));
   if (auto answer = nextAnswer()) {
     Button chosen = buttonFromName(trim(*answer));
     for (Button b : buttonsOf(question.buttons)) {
@@ -84,7 +84,7 @@ Button HeadlessHost::ask(const Question& question) {
 
 std::optional<std::string> HeadlessHost::enterValue(std::string_view title, std::string_view prompt,
                                                     std::string_view initial) {
-  emit(lineFor(title, prompt));
+  emitLine(lineFor(title, prompt));
   if (auto answer = nextAnswer()) {
     if (equalsIgnoringCase(*answer, "Cancel")) return std::nullopt;
     return answer;
@@ -93,7 +93,7 @@ std::optional<std::string> HeadlessHost::enterValue(std::string_view title, std:
 }
 
 std::vector<int> HeadlessHost::choose(const ChoiceRequest& request) {
-  emit(lineFor(request.title, request.prompt));
+  emitLine(lineFor(request.title, request.prompt));
   auto answer = nextAnswer();
   if (!answer) return request.initial;
   if (equalsIgnoringCase(*answer, "Cancel")) return {};
@@ -112,7 +112,7 @@ std::vector<int> HeadlessHost::choose(const ChoiceRequest& request) {
 }
 
 std::vector<std::string> HeadlessHost::chooseFiles(const FileRequest& request) {
-  emit(lineFor(request.title, request.fileName));
+  emitLine(lineFor(request.title, request.fileName));
   auto answer = nextAnswer();
   if (!answer || equalsIgnoringCase(*answer, "Cancel")) return {};
   std::vector<std::string> files;

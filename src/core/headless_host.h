@@ -60,7 +60,7 @@ public:
 
 private:
   std::optional<std::string> nextAnswer();
-  void emit(std::string line);
+  void emitLine(std::string line);
 
   std::FILE* out_;
   std::deque<std::string> answers_;
