@@ -221,7 +221,9 @@ struct NamesById {
 
 }  // namespace
 
-const KeywordRow* keywordRows() { return kRows.data(); }
+const KeywordRow* keywordRows() {
+  return kRows.data();
+}
 
 int keywordId(std::string_view name) {
   size_t low = 0;
