@@ -3,7 +3,9 @@
 #include <cmath>
 #include <limits>
 
+#include "core/messages.h"
 #include "core/numbers.h"
+#include "core/text.h"
 
 namespace zv {
 
@@ -78,6 +80,79 @@ void forceInteger(Value& value) {
 
 void forceFloat(Value& value) {
   if (!value.isFloat()) value.setFloat(floatOf(value));
+}
+
+bool forceString(Value& value) {
+  switch (value.kind()) {
+    case ValueKind::String:
+      return true;
+    case ValueKind::Integer:
+      value.setString(std::to_string(value.integer()));
+      return true;
+    case ValueKind::Float:
+      value.setString(formatFloat(value.real()));
+      return true;
+    default:
+      showError("Error in forceString");
+      return false;
+  }
+}
+
+void freeValue(Value& value) {
+  if (value.isString()) value.setInteger(0);
+}
+
+namespace {
+
+template <typename T>
+int threeWay(T a, T b) {
+  return a < b ? -1 : (b < a ? 1 : 0);
+}
+
+}  // namespace
+
+int compareValues(const Value& a, const Value& b) {
+  if (a.kind() == b.kind()) {
+    switch (a.kind()) {
+      case ValueKind::Integer:
+        return threeWay(a.integer(), b.integer());
+      case ValueKind::Float:
+        return threeWay(a.real(), b.real());
+      case ValueKind::String:
+        return compareIgnoringCase(a.text(), b.text());
+      default:
+        return 1;
+    }
+  }
+  return threeWay(valueToDouble(a), valueToDouble(b));
+}
+
+std::string valueToText(const Value& value) {
+  switch (value.kind()) {
+    case ValueKind::Integer:
+      return std::to_string(value.integer());
+    case ValueKind::String:
+      return value.text();
+    default:
+      return formatFloat(valueToDouble(value));
+  }
+}
+
+double valueToDouble(const Value& value) {
+  switch (value.kind()) {
+    case ValueKind::Integer:
+      return value.integer();
+    case ValueKind::Float:
+      return value.real();
+    case ValueKind::String:
+      return leadingDecimal(value.text());
+    default:
+      return 0.0;
+  }
+}
+
+std::int32_t valueToInteger(const Value& value) {
+  return integerOf(value);
 }
 
 }  // namespace zv
