@@ -67,6 +67,7 @@ constexpr std::array<BuiltinInfo, 74> kBuiltins = {{
     {"optpresent", 25, k1},
     {"opttextvalue", 32, k1},
     {"optvalue", 30, kN},
+    {"parentiteminfo", 27, k1},
     {"putassoc", 44, k3},
     {"putmap", 67, k3},
     {"rand", 6, k1},

@@ -164,7 +164,10 @@ Symbol* checkNewName(SymbolTable& table, std::string_view name, SymbolKind kind,
   }
   Symbol* existing = table.find(name);
   if (existing == nullptr) return nullptr;
-  if (!existing->undefined() || (existing->kind != kind && !existing->dependents.empty())) {
+  // An array may also take over the variable placeholder that a forward reference made.
+  bool kindFits = existing->kind == kind ||
+                  (kind == SymbolKind::Array && existing->kind == SymbolKind::Variable);
+  if (!existing->undefined() || (!kindFits && !existing->dependents.empty())) {
     setError(kExprRedefined, name);
     error = kExprRedefined;
     return nullptr;
@@ -440,8 +443,7 @@ Symbol* defineArray(SymbolTable& table, std::string_view header, std::string_vie
     setError(kExprArrayDefinition, name);
     return nullptr;
   }
-  // The name is checked as for a variable: a forward reference made a variable placeholder.
-  Symbol* symbol = symbolForDefinition(table, name, SymbolKind::Variable);
+  Symbol* symbol = symbolForDefinition(table, name, SymbolKind::Array);
   if (symbol == nullptr) return nullptr;
   unlinkCode(*symbol);
   symbol->kind = SymbolKind::Array;
