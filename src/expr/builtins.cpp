@@ -33,6 +33,7 @@ constexpr std::array<BuiltinFunction, kBuiltinIds> makeTable() {
   table[22] = &builtinAbs;
   table[31] = &builtinChrval;
   table[33] = &builtinStrlen;
+  table[34] = &builtinSplit;
   table[35] = &builtinReplaceString;
   table[38] = &builtinAddelement;
   table[39] = &builtinRemoveelement;
@@ -44,6 +45,7 @@ constexpr std::array<BuiltinFunction, kBuiltinIds> makeTable() {
   table[48] = &builtinTolower;
   table[50] = &builtinFileexists;
   table[55] = &builtinSetelement;
+  table[57] = &builtinSetvariable;
   table[65] = &builtinListdirectory;
   table[66] = &builtinGetmap;
   table[67] = &builtinPutmap;

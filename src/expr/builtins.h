@@ -63,6 +63,10 @@ int builtinGetmap(BuiltinCall& call);    ///< getmap(map, key): the value, or 0
 int builtinListmap(BuiltinCall& call);   ///< listmap(map, separator): the keys joined
 int builtinClearmap(BuiltinCall& call);  ///< clearmap(map): 0
 
+// Variables of the table the code runs in.
+int builtinSetvariable(BuiltinCall& call);  ///< setvariable(name, v): 1 when stored
+int builtinSplit(BuiltinCall& call);        ///< split(s, separator, v1, v2, ...) or (s, sep, a)
+
 // Files.
 int builtinFileexists(BuiltinCall& call);  ///< fileexists(path), fileexists(directory, file)
 
