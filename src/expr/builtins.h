@@ -1,8 +1,9 @@
 #pragma once
-// The built-in functions of the expression language that work on their arguments alone:
-// numbers, texts and files. Each takes its arguments from a BuiltinCall, leaves its result there
-// and returns 0 or a negative error code (see builtin_call.h). The functions that reach into a
-// sheet, its items, lists, options, game system or symbol table live elsewhere.
+// The built-in functions of the expression language that need no sheet: numbers, texts, format,
+// arrays, the table's maps and variables, and files. Each takes its arguments from a
+// BuiltinCall, leaves its result there and returns 0 or a negative error code (see
+// builtin_call.h). The functions that reach into a sheet's items, lists, options or game system
+// live elsewhere.
 
 #include <string>
 #include <string_view>
