@@ -22,10 +22,11 @@ struct BuiltinCall {
 /// A built-in function: 0 on success, or a negative error code of expr_error.h.
 using BuiltinFunction = int (*)(BuiltinCall&);
 
-/// Makes `fn` the function called for the built-in `id` (0 to 74). A built-in whose id has no
-/// function gives integer 0.
+/// Makes `fn` the function called for the built-in `id` (0 to 74), in place of the standard one
+/// of builtins.h (null puts the standard one back). A built-in whose id has no function gives
+/// integer 0.
 void registerBuiltin(int id, BuiltinFunction fn);
-/// The function registered for `id`, or null.
+/// The function called for `id`: the registered one, else the standard one, else null.
 BuiltinFunction registeredBuiltin(int id);
 
 }  // namespace zv

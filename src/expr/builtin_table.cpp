@@ -5,6 +5,7 @@
 
 #include "core/text.h"
 #include "expr/builtin_call.h"
+#include "expr/builtins.h"
 #include "expr/opcodes.h"
 
 namespace zv {
@@ -138,7 +139,8 @@ void registerBuiltin(int id, BuiltinFunction fn) {
 
 BuiltinFunction registeredBuiltin(int id) {
   if (id < 0 || id >= kBuiltinIds) return nullptr;
-  return registry()[static_cast<std::size_t>(id)];
+  if (BuiltinFunction registered = registry()[static_cast<std::size_t>(id)]) return registered;
+  return standardBuiltin(id);
 }
 
 }  // namespace zv
