@@ -18,6 +18,7 @@ struct CommandEntry {
 
 constexpr CommandEntry kCommands[] = {
     {"identify", runIdentify},
+    {"eval", runEval},
 };
 
 /// Takes the global options from the front of `args`; false on a bad option.
@@ -74,6 +75,9 @@ std::string helpText() {
          "                     template, 4 macro data sheet, 5 text, 6 data sheet, 7 filter,\n"
          "                     8 conversion script, 9 group, 10 data sheet list, -1 unknown,\n"
          "                     -2 can't be opened, -3 not recognizable)\n"
+         "  eval [--sheet FILE] EXPR\n"
+         "                     the value of an expression as the program shows it; an\n"
+         "                     expression error goes to stderr with exit status 1\n"
          "\n"
          "Options:\n"
          "  --data-dir DIR     where game system data are found (default: the setting\n"

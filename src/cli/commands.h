@@ -46,5 +46,6 @@ class Context {
 int usageError(const std::string& message);
 
 int runIdentify(Context& context, const std::vector<std::string>& args);
+int runEval(Context& context, const std::vector<std::string>& args);
 
 }  // namespace zv::cli

@@ -9,6 +9,7 @@
 #include "expr/expr_error.h"
 #include "expr/lexer.h"
 #include "expr/opcodes.h"
+#include "expr/sheet_attributes.h"
 #include "expr/symbols.h"
 
 namespace zv {
@@ -562,7 +563,7 @@ bool isBlank(std::string_view text) {
 }
 
 SheetAttributeProvider& sheetAttributeProvider() {
-  static SheetAttributeProvider provider = nullptr;
+  static SheetAttributeProvider provider = &basicSheetAttribute;
   return provider;
 }
 

@@ -196,6 +196,33 @@ TEST_F(CompilerTest, SheetAttributesOfAnOwnedTable) {
   setSheetAttributeProvider(previous);
 }
 
+TEST_F(CompilerTest, BasicSheetAttributes) {
+  FileInfo sheet;
+  sheet.name = "hero.chr";
+  sheet.gameSystemName = "Tiny";
+  sheet.notes = "Brave";
+  sheet.sheetType = "PC";
+  sheet.level = 4;
+  sheet.dataFiles = {"base.cds", "magic.cds"};
+  host_.setFixedTime(LocalTime{2024, 3, 9, 10, 0, 0, true});
+  table_.owner = &sheet;
+  check({
+      {"@currentversion", "int 253"},
+      {"@filename", "string \"hero.chr\""},
+      {"@GameSystem", "string \"Tiny\""},
+      {"@notes", "string \"Brave\""},
+      {"@sheettype", "string \"PC\""},
+      {"@charsheetlevel", "int 4"},
+      {"@datasheets", "string \"base.cds,magic.cds\""},
+      {"@date", "string \"3/9/2024\""},
+      {"@pagenumber", "int 0"},
+      {"@unknown + 1", "int 1"},
+  });
+  host_.setFixedTime(LocalTime{});
+  EXPECT_EQ(eval("@date"), "string \"1/1/1997\"");
+  table_.owner = nullptr;
+}
+
 TEST_F(CompilerTest, ReservedNames) {
   EXPECT_TRUE(isReservedName("and"));
   EXPECT_TRUE(isReservedName("ENDWHILE"));

@@ -1,0 +1,37 @@
+#include <iostream>
+
+#include "cli/commands.h"
+#include "core/messages.h"
+#include "expr/compiler.h"
+#include "expr/expr_error.h"
+#include "expr/symbols.h"
+
+namespace zv::cli {
+
+// eval [--sheet FILE] EXPR: the value as the system shows it, then a newline.
+int runEval(Context&, const std::vector<std::string>& args) {
+  std::string expression;
+  bool haveExpression = false;
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    if (args[i] == "--sheet") {
+      if (i + 1 >= args.size()) return usageError("--sheet needs a file");
+      showError("Reading sheets is not available yet");
+      return 1;
+    }
+    if (haveExpression) return usageError("eval takes one expression (quote it)");
+    expression = args[i];
+    haveExpression = true;
+  }
+  if (!haveExpression) return usageError("eval needs an expression");
+
+  SymbolTable table;
+  Value result;
+  if (parseExp(&table, expression, result) != 0) {
+    reportExpressionError(expression);
+    return 1;
+  }
+  std::cout << valueToText(result) << '\n';
+  return 0;
+}
+
+}  // namespace zv::cli

@@ -1,0 +1,75 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "cli_runner.h"
+
+namespace zv {
+namespace {
+
+namespace fs = std::filesystem;
+using zv::testing::runCli;
+
+class EvalCommandTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    dir_ = fs::temp_directory_path() / ("zv-eval-" + std::to_string(::getpid()));
+    fs::create_directories(dir_);
+  }
+  void TearDown() override { fs::remove_all(dir_); }
+  std::string settings(bool fractions) {
+    fs::path p = dir_ / (fractions ? "on.ini" : "off.ini");
+    std::ofstream(p, std::ios::binary)
+        << "[Preferences]\r\nUseFractions=" << (fractions ? "1" : "0") << "\r\n";
+    return p.string();
+  }
+  fs::path dir_;
+};
+
+TEST_F(EvalCommandTest, PrintsTheValueAsShown) {
+  struct Case {
+    const char* expression;
+    bool fractions;
+    const char* out;
+  };
+  const Case cases[] = {
+      {"7 / 2", false, "3.5\n"},
+      {"7 / 2", true, "3\xBD\n"},
+      {"2 ^ 30", false, "1073741824\n"},
+      {"-5 mod 3", false, "-2\n"},
+      {"\"Sword\" = \"SWORD\"", false, "1\n"},
+      {"'text as is'", false, "text as is\n"},
+      {"{ local i, s; while (i < 4) i := i + 1; s := s + i; endwhile return s; }", false, "10\n"},
+      {"1 / 3", false, "0.3333333\n"},
+  };
+  for (const Case& c : cases) {
+    auto result = runCli({"--settings", settings(c.fractions), "eval", c.expression});
+    EXPECT_EQ(result.exitCode, 0) << c.expression << result.err;
+    EXPECT_EQ(result.out, c.out) << c.expression;
+    EXPECT_EQ(result.err, "") << c.expression;
+  }
+}
+
+TEST_F(EvalCommandTest, ExpressionErrorsGoToStderr) {
+  auto result = runCli({"--settings", settings(false), "eval", "1 +"});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err, "[Error] Expression error: Stack underflow or missing argument (1 +)\n");
+
+  result = runCli({"--settings", settings(false), "eval", "a # b"});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(result.err, "[Error] Expression error: Bad operator (a # b)\n");
+}
+
+TEST_F(EvalCommandTest, Usage) {
+  EXPECT_EQ(runCli({"eval"}).exitCode, 2);
+  EXPECT_EQ(runCli({"eval", "1", "2"}).exitCode, 2);
+  auto sheet = runCli({"eval", "--sheet", "hero.chr", "1"});
+  EXPECT_EQ(sheet.exitCode, 1);
+  EXPECT_EQ(sheet.err, "[Error] Reading sheets is not available yet\n");
+  EXPECT_NE(runCli({"--help"}).out.find("eval [--sheet FILE] EXPR"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace zv
