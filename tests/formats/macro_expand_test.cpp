@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 #include "formats/macro_fixture.h"
 
 namespace zv {
@@ -16,6 +18,8 @@ struct ExpandCase {
   std::string input;
   std::string expected;
 };
+
+void PrintTo(const ExpandCase& c, std::ostream* os) { *os << c.label; }
 
 const std::string kPair = "$$macro Pair(a, b) {{<$(a)|$(b)>}}\n";
 
@@ -193,6 +197,8 @@ struct EngineCase {
   std::string input;
   std::string expected;
 };
+
+void PrintTo(const EngineCase& c, std::ostream* os) { *os << c.label; }
 
 const EngineCase kEngineCases[] = {
     {"exp_sum", "$$macro E() {{[$$exp(\"2+3\")]}}\n$$E()", "[5]"},
