@@ -119,6 +119,10 @@ void MacroContext::runInclude(bool active) {
     name.push_back(static_cast<char>(c));
     c = rawChar();
   }
+  if (c == '\r') {  // a CR LF line end goes as a whole
+    c = rawChar();
+    if (c != '\n') pushBack(c);
+  }
   if (!active || failed()) return;
   openInclude(name);
 }
