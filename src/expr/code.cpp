@@ -36,6 +36,8 @@ int operandBytes(std::uint8_t opcode) {
 }
 
 bool CodeWriter::text(std::string_view value) {
+  // The code holds the text up to its terminator, so a text ends at its first NUL byte.
+  value = value.substr(0, value.find('\0'));
   if (!bytes(value.data(), value.size())) return false;
   return byte(0);
 }

@@ -28,6 +28,7 @@ class CodeWriter {
   bool int32(std::int32_t value) { return bytes(&value, sizeof value); }
   bool real(double value) { return bytes(&value, sizeof value); }
   bool symbol(Symbol* value) { return bytes(&value, sizeof value); }
+  /// A text and its terminating NUL; a text holding a NUL is cut there.
   bool text(std::string_view value);
   /// Overwrites a 32-bit value written earlier at `at` (a jump's target).
   void patchInt32(std::size_t at, std::int32_t value) {

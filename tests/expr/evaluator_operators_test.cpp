@@ -179,6 +179,14 @@ TEST_F(OperatorTest, LiteralForms) {
   });
 }
 
+TEST_F(OperatorTest, ATextEndsAtANulByte) {
+  EXPECT_EQ(eval(std::string_view("\"ab\0\x07"
+                                  "cd\" + 1",
+                                  12)),
+            "int 2");
+  EXPECT_EQ(eval(std::string_view("'ab\0cd'", 7)), "string \"ab\"");
+}
+
 TEST_F(OperatorTest, StringsAreCopiedNotShared) {
   // A text pushed twice is two values; the first operation must not disturb the second.
   define("s", "\"word\"");
