@@ -17,6 +17,7 @@ constexpr int kItemInfo = 24;     // one argument
 constexpr int kSetVariable = 57;  // two arguments
 constexpr int kConcat = 20;       // any number
 constexpr int kCountItems = 18;   // four arguments
+constexpr int kEval = 23;         // one argument
 
 struct Recorder {
   std::vector<std::string> calls;
@@ -41,6 +42,15 @@ int timesTen(BuiltinCall& call) {
   return 0;
 }
 
+/// Evaluates its text argument in the same table, as eval does.
+int evaluateText(BuiltinCall& call) {
+  if (!call.args[0].isString()) {
+    call.result = call.args[0];
+    return 0;
+  }
+  return parseExp(&call.table, call.args[0].text(), call.result) == 0 ? 0 : lastErrorCode();
+}
+
 int failing(BuiltinCall& call) {
   setError(kExprOddAssociative, "pairs");
   (void)call;
@@ -51,7 +61,7 @@ class BuiltinDispatchTest : public ExprTest {
  protected:
   BuiltinDispatchTest() {
     recorder = &record_;
-    for (int id : {kItemInfo, kSetVariable, kConcat, kCountItems}) {
+    for (int id : {kItemInfo, kSetVariable, kConcat, kCountItems, kEval}) {
       saved_.push_back({id, registeredBuiltin(id)});
     }
   }
@@ -143,6 +153,15 @@ TEST_F(BuiltinDispatchTest, ErrorsOfABuiltinStopTheEvaluation) {
   registerBuiltin(kSetVariable, &failing);
   EXPECT_EQ(eval("1 + setvariable(1, 2)"),
             "error -34: Odd number of elements in associative array: pairs");
+}
+
+TEST_F(BuiltinDispatchTest, NestingIsBounded) {
+  registerBuiltin(kEval, &evaluateText);
+  EXPECT_EQ(eval("eval(\"eval('2 * 3') + 1\")"), "int 7");
+  // The self-reference hides in a text, so the definition passes; running it nests without end.
+  ASSERT_NE(defineFunction(table_, "f(x)", "eval(\"f(x)\")"), nullptr);
+  EXPECT_EQ(eval("f(1)"), "error -9: Expression too complicated");
+  EXPECT_EQ(eval("1 + 1"), "int 2");  // and the engine is usable afterwards
 }
 
 TEST_F(BuiltinDispatchTest, UnregisteredBuiltinGivesZero) {
