@@ -119,6 +119,8 @@ class SheetGrammar {
 
   /// Capacity of words read where a keyword may stand.
   static constexpr size_t kTokenCapacity = 4096;
+  /// Sublists nested deeper than this fail the read, so that no file can exhaust the stack.
+  static constexpr int kMaxSublistDepth = 200;
 
  private:
   bool readListKeyword(ListInfo& list, const SheetToken& token, bool& handled);
@@ -140,6 +142,7 @@ class SheetGrammar {
   const SheetReadOptions& options_;
   PixelsPerInch screen_;
   bool reported_ = false;
+  int sublistDepth_ = 0;
   std::optional<SheetToken> pending_;
   /// The last token read where a keyword may stand, for "Error reading dialog definition".
   std::string lastToken_;

@@ -262,15 +262,26 @@ bool SheetGrammar::readItemBlock(SheetToken start, ItemSink& sink, SheetToken& f
 }
 
 bool SheetGrammar::readSublistMembers(Item& sublist) {
+  if (sublistDepth_ >= kMaxSublistDepth) return false;
+  ++sublistDepth_;
   MemberSink sink(sublist);
   SheetToken token = next();
+  bool ok = true;
   for (;;) {
-    if (token.failed()) return false;
-    if (token.closesBlock()) return true;
+    if (token.failed()) {
+      ok = false;
+      break;
+    }
+    if (token.closesBlock()) break;
     SheetToken following;
-    if (!readItemBlock(std::move(token), sink, following)) return false;
+    if (!readItemBlock(std::move(token), sink, following)) {
+      ok = false;
+      break;
+    }
     token = std::move(following);
   }
+  --sublistDepth_;
+  return ok;
 }
 
 bool SheetGrammar::readItemKeyword(Item& item, const SheetToken& token, bool& handled) {

@@ -253,6 +253,24 @@ TEST_F(SheetLists, SublistMembersComeBeforeTheSublistsOwnKeywords) {
   EXPECT_FALSE(item(0, 1).open());
 }
 
+TEST_F(SheetLists, SublistsNestTwoHundredLevelsDeep) {
+  auto nested = [](int levels) {
+    std::string text;
+    for (int i = 0; i < levels; ++i)
+      text += "sublist S" + std::to_string(i) + " memlist ";
+    return text + "item Leaf";
+  };
+  tokenLineState().lineNumber = 0;
+  ASSERT_TRUE(read(listText(nested(200))));
+  const Item* deepest = &item(0, 0);
+  while (!deepest->children.empty())
+    deepest = deepest->children.front().get();
+  EXPECT_EQ(deepest->name, "Leaf");
+  EXPECT_EQ(deepest->depth, 200);
+  EXPECT_FALSE(read(listText(nested(201))));
+  EXPECT_EQ(messages(), std::vector<std::string>{"[Error] Error reading list: S200 (line 0)"});
+}
+
 TEST_F(SheetLists, ItemsTakeTheSourceIdOfTheRead) {
   SheetReadOptions options;
   options.sourceId = 9;
