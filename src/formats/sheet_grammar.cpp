@@ -40,6 +40,8 @@ SheetToken SheetGrammar::next(size_t capacity) {
   } else {
     token.id = result;
     if (result == kTokenFailed) reported_ = true;
+    // A binary keyword id that the table lacks is named by its number.
+    if (result > 0 && token.text.empty()) token.text = std::to_string(result);
   }
   lastToken_ = token.text;
   return token;

@@ -61,6 +61,21 @@ TEST_F(SheetReader, RefusesBadFilesWithTheirMessage) {
   }
 }
 
+TEST_F(SheetReader, BinaryFilesAreRecognisedByTheirMagic) {
+  const std::string head = std::string("\x37\x57\x03\x05\x19\x00", 6) +
+                           "Character Sheet file v. 1" + std::string("\x42\x80\x04\x00", 4) +
+                           "Tiny";
+  // An id that the keyword table lacks (85) is named by its number.
+  EXPECT_FALSE(read(head + std::string("\x55\x80", 2)));
+  EXPECT_EQ(messages(), std::vector<std::string>{"[Error] File inconsistency: 85"});
+  host.clearTranscript();
+  // level 2 as a binary integer, then the end of the input.
+  ASSERT_TRUE(read(head + std::string("\x14\x80\x02\x00", 4)));
+  EXPECT_TRUE(sheet->binary());
+  EXPECT_EQ(sheet->level, 2);
+  EXPECT_EQ(sheet->gameSystemName, "Tiny");
+}
+
 TEST_F(SheetReader, VersionUpToTheFormatRevisionIsRead) {
   EXPECT_TRUE(read(sheetText("version 253")));
   EXPECT_TRUE(read(sheetText("version 100")));
