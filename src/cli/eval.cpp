@@ -1,6 +1,7 @@
 #include <iostream>
 
 #include "cli/commands.h"
+#include "core/codepage.h"
 #include "core/messages.h"
 #include "expr/compiler.h"
 #include "expr/expr_error.h"
@@ -19,7 +20,8 @@ int runEval(Context&, const std::vector<std::string>& args) {
       return 1;
     }
     if (haveExpression) return usageError("eval takes one expression (quote it)");
-    expression = args[i];
+    // The terminal speaks UTF-8; the expression language speaks the system's single-byte text.
+    expression = utf8ToWindows1252(args[i]);
     haveExpression = true;
   }
   if (!haveExpression) return usageError("eval needs an expression");
@@ -30,7 +32,7 @@ int runEval(Context&, const std::vector<std::string>& args) {
     reportExpressionError(expression);
     return 1;
   }
-  std::cout << valueToText(result) << '\n';
+  std::cout << windows1252ToUtf8(valueToText(result)) << '\n';
   return 0;
 }
 
