@@ -1,0 +1,3 @@
+$$macro Chk(v) {{$$ifnull(v)$$error(value missing)$$endif[$(v)]}}
+$$Chk(1)
+$$Chk()
