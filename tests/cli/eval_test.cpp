@@ -36,6 +36,7 @@ TEST_F(EvalCommandTest, PrintsTheValueAsShown) {
   const Case cases[] = {
       {"7 / 2", false, "3.5\n"},
       {"7 / 2", true, "3\xC2\xBD\n"},
+      {"2\xC2\xBD + 1", true, "3\xC2\xBD\n"},
       {"2 ^ 30", false, "1073741824\n"},
       {"-5 mod 3", false, "-2\n"},
       {"\"Sword\" = \"SWORD\"", false, "1\n"},
