@@ -216,7 +216,15 @@ class MacroContext : public CharSource {
 MacroContext& macroContext();
 
 /// Moves the process-wide context's state aside, and the line state of the token reader with it,
-/// and puts both back when it ends: a nested data sheet load runs inside one.
+/// and puts both back when it ends: a nested data sheet load runs inside one. A text data sheet
+/// is read through the processor like this:
+///   MacroContextScope scope;
+///   tokenLineState() = TokenLineState{1, true};
+///   macroContext().macroStart(path, [&stream] { return stream.readByte(); }, dataDir);
+///   stream.setCharSource(&macroContext());
+///   ... read tokens ...
+///   stream.setCharSource(nullptr);
+///   macroContext().macroClear();
 class MacroContextScope {
  public:
   MacroContextScope();
@@ -229,9 +237,9 @@ class MacroContextScope {
   TokenLineState savedLines_;
 };
 
-/// The whole expanded text of a file, as the token reader would see it; nullopt after a failure
-/// (its box has been shown) or when the file can't be read ("Unable to open include file" is
-/// not used for that: the caller reports the base file).
+/// The whole expanded text of a file, as the token reader would see it, using a context of its
+/// own. nullopt after a failure (its box has been shown), and without a box when the file itself
+/// can't be read (the caller reports that).
 std::optional<std::string> expandMacroFile(const std::filesystem::path& path,
                                            const std::filesystem::path& dataDir);
 
