@@ -19,7 +19,9 @@ struct ExpandCase {
   std::string expected;
 };
 
-void PrintTo(const ExpandCase& c, std::ostream* os) { *os << c.label; }
+void PrintTo(const ExpandCase& c, std::ostream* os) {
+  *os << c.label;
+}
 
 const std::string kPair = "$$macro Pair(a, b) {{<$(a)|$(b)>}}\n";
 
@@ -198,7 +200,9 @@ struct EngineCase {
   std::string expected;
 };
 
-void PrintTo(const EngineCase& c, std::ostream* os) { *os << c.label; }
+void PrintTo(const EngineCase& c, std::ostream* os) {
+  *os << c.label;
+}
 
 const EngineCase kEngineCases[] = {
     {"exp_sum", "$$macro E() {{[$$exp(\"2+3\")]}}\n$$E()", "[5]"},
