@@ -45,7 +45,10 @@ bool writeFileAtomically(const fs::path& path, std::string_view bytes) {
   const fs::path target = replacementTarget(path);
   fs::path directory = target.parent_path();
   if (directory.empty()) directory = ".";
-  std::string pattern = (directory / ("." + target.filename().string() + ".XXXXXX")).string();
+  std::string hiddenName = ".";
+  hiddenName += target.filename().string();
+  hiddenName += ".XXXXXX";
+  std::string pattern = (directory / hiddenName).string();
   std::vector<char> name(pattern.begin(), pattern.end());
   name.push_back('\0');
 

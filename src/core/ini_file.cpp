@@ -33,7 +33,10 @@ std::string encodeValue(std::string_view value) {
   bool needsQuotes = !value.empty() && (isBlank(value.front()) || isBlank(value.back()));
   if (value.size() >= 2 && value.front() == '"' && value.back() == '"') needsQuotes = true;
   if (!needsQuotes) return std::string(value);
-  return "\"" + std::string(value) + "\"";
+  std::string quoted(1, '"');
+  quoted.append(value);
+  quoted += '"';
+  return quoted;
 }
 
 }  // namespace
