@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "expr/builtins_items.h"
+
 namespace zv {
 
 namespace {
@@ -52,6 +54,17 @@ constexpr std::array<BuiltinFunction, kBuiltinIds> makeTable() {
   table[68] = &builtinListmap;
   table[69] = &builtinReplaceToken;
   table[72] = &builtinClearmap;
+  table[18] = &builtinCountitems;
+  table[23] = &builtinEval;
+  table[24] = &builtinIteminfo;
+  table[26] = &builtinChilditeminfo;
+  table[27] = &builtinParentiteminfo;
+  table[28] = &builtinListentries;
+  table[29] = &builtinListiteminfo;
+  table[49] = &builtinTotalitems;
+  table[54] = &builtinFinditemvalue;
+  table[64] = &builtinTotalitemvalues;
+  table[74] = &builtinVariteminfo;
   return table;
 }
 
