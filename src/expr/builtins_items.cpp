@@ -23,9 +23,15 @@ namespace {
 /// How many evals run inside one another now.
 int evalDepth = 0;
 
+/// The item a call is about: the evaluation's, else the current item of the item context.
+const Item* itemOf(const BuiltinCall& call) {
+  return call.item != nullptr ? call.item : currentContextItem();
+}
+
 /// The sheet the call reaches: its item's, else the table's.
 const FileInfo* sheetOf(const BuiltinCall& call) {
-  if (call.item != nullptr && call.item->owner != nullptr) return call.item->owner;
+  const Item* item = itemOf(call);
+  if (item != nullptr && item->owner != nullptr) return item->owner;
   return call.table.owner;
 }
 
@@ -193,14 +199,14 @@ bool listArgumentItems(const FileInfo& sheet, SymbolTable& table, std::string_vi
 int builtinIteminfo(BuiltinCall& call) {
   std::string field;
   if (!hasArguments(call, 1) || !textArgument(call, 0, field)) return 0;
-  fieldResult(call, call.item, field);
+  fieldResult(call, itemOf(call), field);
   return 0;
 }
 
 int builtinChilditeminfo(BuiltinCall& call) {
   std::string field;
   if (!hasArguments(call, 2) || !textArgument(call, 1, field)) return 0;
-  const Item* item = call.item;
+  const Item* item = itemOf(call);
   if (item == nullptr || item->children.empty()) return 0;
   std::int32_t n = integerArgument(call, 0);
   if (n < 2) n = 1;
@@ -212,7 +218,7 @@ int builtinChilditeminfo(BuiltinCall& call) {
 int builtinParentiteminfo(BuiltinCall& call) {
   std::string field;
   if (!hasArguments(call, 1) || !textArgument(call, 0, field)) return 0;
-  const Item* item = call.item;
+  const Item* item = itemOf(call);
   if (item == nullptr || item->autoParent == 0 || item->owner == nullptr) return 0;
   for (ListInfo* list : item->owner->allLists()) {
     std::vector<Item*> entries;

@@ -645,8 +645,10 @@ void pushItemContext(FileInfo* fileInfo, SymbolTable& table) {
   SymbolTable* tablePointer = &table;
   SymbolTable::Resolver chained = table.resolver();
   SymbolTable::Resolver resolver = [tablePointer, chained](std::string_view name, Value& out) {
-    Item* item = currentItem != nullptr ? currentItem : tablePointer->currentItem;
-    const Option* option = currentItem != nullptr ? currentOption : tablePointer->currentOption;
+    // The table's item, set for one evaluation, comes before the context's current item.
+    const bool tableHasItem = tablePointer->currentItem != nullptr;
+    Item* item = tableHasItem ? tablePointer->currentItem : currentItem;
+    const Option* option = tableHasItem ? tablePointer->currentOption : currentOption;
     if (item != nullptr && name.size() > 1 && name[0] == '@' &&
         fieldOrOption(*item, option, name.substr(1), out)) {
       return true;

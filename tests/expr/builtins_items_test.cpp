@@ -206,6 +206,18 @@ TEST_F(ItemBuiltinsTest, ChildParentAndVariableOwnerItems) {
                  });
 }
 
+TEST_F(ItemBuiltinsTest, WithoutAnEvaluationItemTheContextsCurrentItemIsRead) {
+  {
+    ItemContextScope context(&sheet_, table_);
+    setCurrentItem(rope_, nullptr);
+    check(nullptr, {{"iteminfo(\"name\")", "string \"Rope\""},
+                    {"parentiteminfo(\"name\")", "string \"Sword\""}});
+    // An item given for one evaluation comes first.
+    check(sword_, {{"iteminfo(\"name\")", "string \"Sword\""}, {"@name", "string \"Sword\""}});
+  }
+  check(nullptr, {{"iteminfo(\"name\")", "int 0"}});
+}
+
 TEST_F(ItemBuiltinsTest, EvalParsesTextsAndPassesOtherKinds) {
   check(nullptr, {
                      {"eval(\"1+2\")", "int 3"},
