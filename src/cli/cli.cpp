@@ -19,6 +19,7 @@ struct CommandEntry {
 constexpr CommandEntry kCommands[] = {
     {"identify", runIdentify},
     {"eval", runEval},
+    {"expand", runExpand},
 };
 
 /// Takes the global options from the front of `args`; false on a bad option.
@@ -78,6 +79,7 @@ std::string helpText() {
          "  eval [--sheet FILE] EXPR\n"
          "                     the value of an expression as the program shows it; an\n"
          "                     expression error goes to stderr with exit status 1\n"
+         "  expand FILE        the macro processor's output for a text data sheet\n"
          "\n"
          "Options:\n"
          "  --data-dir DIR     where game system data are found (default: the setting\n"

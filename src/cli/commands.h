@@ -47,5 +47,6 @@ int usageError(const std::string& message);
 
 int runIdentify(Context& context, const std::vector<std::string>& args);
 int runEval(Context& context, const std::vector<std::string>& args);
+int runExpand(Context& context, const std::vector<std::string>& args);
 
 }  // namespace zv::cli
