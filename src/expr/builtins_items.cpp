@@ -9,6 +9,7 @@
 #include "core/list_info.h"
 #include "core/messages.h"
 #include "core/option.h"
+#include "core/strfmt.h"
 #include "core/text.h"
 #include "expr/builtins_args.h"
 #include "expr/compiler.h"
@@ -156,7 +157,17 @@ bool aggregateTest(const Item& item, SymbolTable& table, std::string_view test) 
   for (const auto& option : item.options) {
     if (!equalsIgnoringCase(option->name, name)) continue;
     if (!hasValue) return true;
-    if (compareValues(optionValue(*option), wanted) == 0) return true;
+    Value value;
+    if (optionRules().optionString != nullptr) {
+      std::string text;
+      if (!optionRules().optionString(item, *option, text, value)) {
+        showError(strprintf("Unable to get option value: %s", option->name));
+        continue;
+      }
+    } else {
+      value = optionValue(*option);
+    }
+    if (compareValues(value, wanted) == 0) return true;
   }
   return false;
 }
@@ -199,7 +210,11 @@ bool listArgumentItems(const FileInfo& sheet, SymbolTable& table, std::string_vi
 int builtinIteminfo(BuiltinCall& call) {
   std::string field;
   if (!hasArguments(call, 1) || !textArgument(call, 0, field)) return 0;
-  fieldResult(call, itemOf(call), field);
+  const Item* item = itemOf(call);
+  if (item != nullptr && optionRules().expandOptionRefs != nullptr) {
+    field = optionRules().expandOptionRefs(*item, field);
+  }
+  fieldResult(call, item, field);
   return 0;
 }
 

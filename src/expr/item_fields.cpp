@@ -161,6 +161,16 @@ constexpr std::array<std::string_view, kItemFieldNameCount> makeNames() {
 constexpr std::array<std::string_view, kItemFieldNameCount> kFieldNames = makeNames();
 
 ItemFieldPreferences preferences;
+OptionRules rules;
+
+/// The option's value and its text: by the installed rules, else by optionValue. False when the
+/// rules could not get it.
+bool optionString(const Item& item, const Option& option, std::string& text, Value& value) {
+  if (rules.optionString != nullptr) return rules.optionString(item, option, text, value);
+  value = optionValue(option);
+  text = valueToText(value);
+  return true;
+}
 
 Value flag(bool on) {
   return Value(static_cast<std::int32_t>(on ? 1 : 0));
@@ -193,8 +203,10 @@ std::string itemRow(const Item& item) {
   return row;
 }
 
-/// The display text of an option: its name, the qualifier in parentheses, and its value.
-std::string optionDisplay(const Option& option) {
+/// The display text of an option: by the installed rules, else its name, the qualifier in
+/// parentheses, and its value.
+std::string optionDisplay(const Item& item, const Option& option) {
+  if (rules.optionDisplay != nullptr) return rules.optionDisplay(item, option);
   std::string text = option.name;
   if (!option.qualifier.empty()) text += " (" + option.qualifier + ")";
   std::string value = valueToText(optionValue(option));
@@ -317,8 +329,8 @@ bool fieldOrOption(const Item& item, const Option* option, std::string_view name
     if (itemField(item, option, field, out)) return true;
   }
   if (const Option* named = findItemOption(item, name)) {
-    out = optionValue(*named);
-    return true;
+    std::string text;
+    return optionString(item, *named, text, out);
   }
   return false;
 }
@@ -346,6 +358,16 @@ ItemFieldPreferences setItemFieldPreferences(const ItemFieldPreferences& newPref
 
 const ItemFieldPreferences& itemFieldPreferences() {
   return preferences;
+}
+
+OptionRules setOptionRules(const OptionRules& newRules) {
+  OptionRules old = rules;
+  rules = newRules;
+  return old;
+}
+
+const OptionRules& optionRules() {
+  return rules;
 }
 
 std::string_view optionKindWord(std::int32_t kind) {
@@ -567,7 +589,7 @@ bool itemField(const Item& item, const Option* option, int fieldNumber, Value& o
       out = Value(option->format);
       return true;
     case kOption:
-      out = Value(optionDisplay(*option));
+      out = Value(optionDisplay(item, *option));
       return true;
     case kOptions:
       out = Value(static_cast<std::int32_t>(countedOptions(item)));
@@ -578,9 +600,13 @@ bool itemField(const Item& item, const Option* option, int fieldNumber, Value& o
     case kOptName:
       out = Value(option->name);
       return true;
-    case kOptNumberValue:
-      out = Value(valueToText(optionValue(*option)));
+    case kOptNumberValue: {
+      std::string text;
+      Value value;
+      if (!optionString(item, *option, text, value)) return false;
+      out = Value(valueToText(value));
       return true;
+    }
     case kOptQualifier:
       out = textOrZero(option->qualifier);
       return true;
@@ -590,15 +616,20 @@ bool itemField(const Item& item, const Option* option, int fieldNumber, Value& o
     case kOptRawValue:
       out = Value(option->value);
       return true;
-    case kOptTextValue:
-      out = Value(valueToText(optionValue(*option)));
+    case kOptTextValue: {
+      std::string text;
+      Value value;
+      if (!optionString(item, *option, text, value)) return false;
+      out = Value(std::move(text));
       return true;
+    }
     case kOptType:
       out = Value(optionKindWord(option->kind));
       return true;
-    case kOptValue:
-      out = optionValue(*option);
-      return true;
+    case kOptValue: {
+      std::string text;
+      return optionString(item, *option, text, out);
+    }
     case kOrigList:
       out = Value(item.origCat);
       return true;

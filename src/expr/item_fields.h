@@ -46,6 +46,23 @@ struct ItemFieldPreferences {
 ItemFieldPreferences setItemFieldPreferences(const ItemFieldPreferences& preferences);
 const ItemFieldPreferences& itemFieldPreferences();
 
+/// The option rules of the item layer, installed by it so that the fields read options as the
+/// rest of the system does. Without them the fields fall back on optionValue below and on a plain
+/// "name (qualifier): value" display, and field texts are taken without expanding references.
+struct OptionRules {
+  /// The option's value: its text form and its Value. False when the value can't be got (the
+  /// rules have shown why).
+  bool (*optionString)(const Item& item, const Option& option, std::string& text,
+                       Value& value) = nullptr;
+  /// The display text of an option.
+  std::string (*optionDisplay)(const Item& item, const Option& option) = nullptr;
+  /// Expands the backquoted option references of a text for the item.
+  std::string (*expandOptionRefs)(const Item& item, std::string_view text) = nullptr;
+};
+/// Installs the option rules and returns the previous ones.
+OptionRules setOptionRules(const OptionRules& rules);
+const OptionRules& optionRules();
+
 /// The long and the short word of an option kind ("Fraction" and "frac"); "Option" for a kind
 /// that is none of the ten.
 std::string_view optionKindWord(std::int32_t kind);

@@ -218,6 +218,43 @@ TEST_F(ItemBuiltinsTest, WithoutAnEvaluationItemTheContextsCurrentItemIsRead) {
   check(nullptr, {{"iteminfo(\"name\")", "int 0"}});
 }
 
+/// Option rules that mark what they give, to show where the fields use them.
+bool markedOptionString(const Item&, const Option& option, std::string& text, Value& value) {
+  if (option.value == "broken") return false;
+  text = "T:" + option.name;
+  value = Value(std::int32_t{99});
+  return true;
+}
+std::string markedDisplay(const Item&, const Option& option) {
+  return "D:" + option.name;
+}
+std::string expandBackquotedF(const Item&, std::string_view text) {
+  return text == "`f`" ? std::string("cost") : std::string(text);
+}
+
+TEST_F(ItemBuiltinsTest, InstalledOptionRulesServeTheFieldsAndIteminfo) {
+  Item* fireball = magic_->children[0].get();
+  OptionRules saved = setOptionRules({&markedOptionString, &markedDisplay, &expandBackquotedF});
+  const Option& rank = *fireball->options[0];
+  Value out;
+  ASSERT_TRUE(itemField(*fireball, &rank, "optvalue", out));
+  EXPECT_EQ(describe(out), "int 99");
+  ASSERT_TRUE(itemField(*fireball, &rank, "opttextvalue", out));
+  EXPECT_EQ(describe(out), "string \"T:Rank\"");
+  ASSERT_TRUE(itemField(*fireball, &rank, "optnumbervalue", out));
+  EXPECT_EQ(describe(out), "string \"99\"");
+  ASSERT_TRUE(itemField(*fireball, &rank, "option", out));
+  EXPECT_EQ(describe(out), "string \"D:Rank\"");
+  check(fireball, {{"iteminfo(\"`f`\")", "float 5"}, {"iteminfo(\"Rank\")", "int 99"}});
+  check(nullptr, {{"listentries(\"Skills:@Rank=99\")", "int 2"}});
+  fireball->options[0]->value = "broken";
+  EXPECT_FALSE(itemField(*fireball, &rank, "optvalue", out));
+  EXPECT_FALSE(compareItemvalue(*fireball, table_, "@Rank=2"));
+  ASSERT_FALSE(host_.transcript().empty());
+  EXPECT_EQ(host_.transcript().back(), "[Error] Unable to get option value: Rank");
+  setOptionRules(saved);
+}
+
 TEST_F(ItemBuiltinsTest, EvalParsesTextsAndPassesOtherKinds) {
   check(nullptr, {
                      {"eval(\"1+2\")", "int 3"},
