@@ -162,6 +162,7 @@ constexpr std::array<std::string_view, kItemFieldNameCount> kFieldNames = makeNa
 
 ItemFieldPreferences preferences;
 OptionRules rules;
+ItemRowFormatter rowFormatter = nullptr;
 
 /// The option's value and its text: by the installed rules, else by optionValue. False when the
 /// rules could not get it.
@@ -190,9 +191,10 @@ Value baseValue(const Item& item) {
   return level;
 }
 
-/// The list row of an item in the plain column form: name, cost and, when the item has a level,
-/// the level, joined by tabs.
+/// The list row of an item: by the installed formatter, else in the plain column form: name,
+/// cost and, when the item has a level, the level, joined by tabs.
 std::string itemRow(const Item& item) {
+  if (rowFormatter != nullptr) return rowFormatter(item);
   std::string row = item.name;
   row += '\t';
   row += formatFloat(item.totalCost);
@@ -358,6 +360,12 @@ ItemFieldPreferences setItemFieldPreferences(const ItemFieldPreferences& newPref
 
 const ItemFieldPreferences& itemFieldPreferences() {
   return preferences;
+}
+
+ItemRowFormatter setItemRowFormatter(ItemRowFormatter formatter) {
+  ItemRowFormatter old = rowFormatter;
+  rowFormatter = formatter;
+  return old;
 }
 
 OptionRules setOptionRules(const OptionRules& newRules) {

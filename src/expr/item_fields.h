@@ -63,6 +63,12 @@ struct OptionRules {
 OptionRules setOptionRules(const OptionRules& rules);
 const OptionRules& optionRules();
 
+/// Lays an item out as its list row in the item format language; installed by the format layer.
+using ItemRowFormatter = std::string (*)(const Item& item);
+/// Installs the formatter of the `item` field and returns the previous one. Without one the field
+/// gives the name, the cost and, for an item with a level, the level, joined by tabs.
+ItemRowFormatter setItemRowFormatter(ItemRowFormatter formatter);
+
 /// The long and the short word of an option kind ("Fraction" and "frac"); "Option" for a kind
 /// that is none of the ten.
 std::string_view optionKindWord(std::int32_t kind);

@@ -200,6 +200,17 @@ TEST_F(ItemFieldsTest, FieldsOfASublistAndItsPlainChild) {
   EXPECT_EQ(field(dagger, "checkrequirements"), "int 1");
 }
 
+std::string bracketedName(const Item& item) {
+  return "[" + item.name + "]";
+}
+
+TEST_F(ItemFieldsTest, AnInstalledRowFormatterLaysOutTheItemField) {
+  ItemRowFormatter saved = setItemRowFormatter(&bracketedName);
+  EXPECT_EQ(field(*sword_, "item"), "string \"[Sword]\"");
+  setItemRowFormatter(saved);
+  EXPECT_EQ(field(*sword_, "item"), "string \"Sword\t12.5\t3\"");
+}
+
 TEST_F(ItemFieldsTest, LevelVariableGivesBonusAndBaseValue) {
   Symbol* level = defineVariable(table_, "swordLevel", "9");
   ASSERT_NE(level, nullptr);
