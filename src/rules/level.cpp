@@ -11,6 +11,7 @@
 #include "expr/expr_error.h"
 #include "expr/symbols.h"
 #include "rules/cost.h"
+#include "rules/dist_adj.h"
 #include "rules/multipliers.h"
 #include "rules/option_refs.h"
 #include "rules/option_value.h"
@@ -204,6 +205,12 @@ bool setItemLevel(Item& item, std::string_view levelText, bool recompute, bool c
     return false;
   }
   item.level = std::string(levelText);
+  if (item.totalCost != old.totalCost) {
+    distAdj(item, kOptionAdjDistCost, -1, old.totalCost, item.totalCost);
+  }
+  if (item.levelValue != old.levelValue) {
+    distAdj(item, kOptionAdjDistLevel, -1, old.levelValue, item.levelValue);
+  }
   if (recompute && item.list != nullptr) addUpList(*item.list);
   return true;
 }

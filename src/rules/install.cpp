@@ -1,0 +1,39 @@
+#include "rules/install.h"
+
+#include "expr/item_fields.h"
+#include "rules/option_refs.h"
+
+namespace zv {
+
+namespace {
+
+// The engine hands out const records; the rules evaluate in the item's context, which needs the
+// item as the table's current one, so the constness is dropped here only.
+bool optionString(const Item& item, const Option& option, std::string& text, Value& value) {
+  std::optional<OptString> read =
+      getOptString(const_cast<Item&>(item), const_cast<Option&>(option));
+  if (!read) return false;
+  text = read->text;
+  value = read->value;
+  return true;
+}
+
+std::string optionDisplay(const Item& item, const Option& option) {
+  return formatOption(const_cast<Item&>(item), const_cast<Option&>(option));
+}
+
+std::string expandRefs(const Item& item, std::string_view text) {
+  return expandOptionRefs(const_cast<Item&>(item), text, nullptr, true);
+}
+
+}  // namespace
+
+void installItemRules() {
+  OptionRules rules;
+  rules.optionString = optionString;
+  rules.optionDisplay = optionDisplay;
+  rules.expandOptionRefs = expandRefs;
+  setOptionRules(rules);
+}
+
+}  // namespace zv

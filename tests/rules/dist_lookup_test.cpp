@@ -1,0 +1,107 @@
+// Distributed adjustments, lookup strings, the Constant Cost box, and the option rules as the
+// expression engine's item fields see them.
+
+#include "expr/item_fields.h"
+#include "rules/dist_adj.h"
+#include "rules/install.h"
+#include "rules/level.h"
+#include "rules/lookup.h"
+#include "rules_test_support.h"
+
+namespace zv::testing {
+namespace {
+
+class DistLookupTest : public RulesTest {};
+
+TEST_F(DistLookupTest, DistributedTotals) {
+  struct Case {
+    std::vector<int> values;
+    int excluded;
+    double oldTotal;
+    double newTotal;
+    std::vector<int> spread;
+  };
+  const Case cases[] = {
+      {{1, 1, 1}, -1, 3, 10, {4, 3, 3}},    {{0, 0, 0}, -1, 0, 10, {4, 3, 3}},
+      {{2, 1, 1}, -1, 4, -8, {-4, -2, -2}}, {{2, 2}, -1, 4, 6, {3, 3}},
+      {{5, 1, 1}, 0, 7, 4, {5, 2, 2}},      {{1, 1}, -1, 10, 4, {2, 2}},
+  };
+  for (const Case& c : cases) {
+    std::optional<std::vector<int>> spread =
+        distributeTotal(c.values, c.excluded, c.oldTotal, c.newTotal);
+    ASSERT_TRUE(spread.has_value());
+    EXPECT_EQ(*spread, c.spread) << c.newTotal;
+  }
+  EXPECT_FALSE(distributeTotal(std::vector<int>(21, 1), -1, 21, 42).has_value());
+  EXPECT_EQ(messages(), "[Error] distAdj: error -- too many distributed adjustments");
+}
+
+TEST_F(DistLookupTest, LevelChangesRedistribute) {
+  Item& item = addItem("Magic");
+  item.varName = "Magic";
+  item.formula = "x";
+  for (const char* name : {"Fire", "Water", "Air"})
+    addOption(item, kOptionAdjDistLevel, name, "1");
+  ASSERT_TRUE(setItemLevel(item, "3", false, false));
+  ASSERT_TRUE(setItemLevel(item, "10", false, false));
+  int sum = 0;
+  for (const auto& option : item.options)
+    sum += std::stoi(option->value);
+  EXPECT_EQ(sum, 10);
+  EXPECT_EQ(item.options[0]->value, "4");
+}
+
+TEST_F(DistLookupTest, LookupStrings) {
+  Item& item = addItem("Rank");
+  auto entries = parseLookupString(item, "$Novice=1;Expert=3;$1+1=5;");
+  ASSERT_TRUE(entries.has_value()) << messages();
+  EXPECT_EQ(lookupExpression(*entries, "expert"), std::optional<std::string>("3"));
+  EXPECT_EQ(lookupExpression(*entries, "2"), std::optional<std::string>("5"));
+  EXPECT_EQ(lookupExpression(*entries, "Master"), std::nullopt);
+  struct Case {
+    const char* text;
+    const char* message;
+  };
+  const Case cases[] = {
+      {"", "[Error] No lookup array specified."},
+      {"Novice=1", "[Error] Poorly formatted lookup string: Novice=1."},
+      {"$Novice", "[Error] Poorly formatted lookup string: $Novice."},
+      {"$Novice=;", "[Error] Empty expression for lookup entry: Novice"},
+  };
+  for (const Case& c : cases) {
+    host_.clearTranscript();
+    EXPECT_FALSE(parseLookupString(item, c.text).has_value()) << c.text;
+    EXPECT_EQ(messages(), c.message) << c.text;
+  }
+}
+
+TEST_F(DistLookupTest, ConstantCostKeepsTheCost) {
+  Symbol* factor = defineVariable(*sheet_.symbols, "Mult", "2");
+  ASSERT_NE(factor, nullptr);
+  Item& climb = addItem("Climb");
+  climb.varName = "Climb";
+  climb.formula = "x*Mult";
+  ASSERT_TRUE(setItemLevel(climb, "3", true, false));
+  sheet_.setConstCost(true);
+  ASSERT_EQ(setExpression(*sheet_.symbols, *factor, "3"), 0);
+  EXPECT_DOUBLE_EQ(climb.totalCost, 6) << messages();
+  EXPECT_EQ(climb.level, "2");
+  EXPECT_EQ(climb.value, Value(2));
+}
+
+TEST_F(DistLookupTest, EngineSeesTheOptionRules) {
+  OptionRules saved = optionRules();
+  installItemRules();
+  Item& item = addItem("Thing");
+  Option& size = addOption(item, kOptionAddition, "Size", "?:2; Small,1; Large,3;");
+  std::string text;
+  Value value;
+  ASSERT_TRUE(optionRules().optionString(item, size, text, value));
+  EXPECT_EQ(text, "Large, 3");
+  EXPECT_EQ(optionRules().optionDisplay(item, size), "Size: Large, 3");
+  EXPECT_EQ(optionRules().expandOptionRefs(item, "`Size`*2"), "3*2");
+  setOptionRules(saved);
+}
+
+}  // namespace
+}  // namespace zv::testing
