@@ -11,6 +11,7 @@
 #include "expr/expr_error.h"
 #include "expr/symbols.h"
 #include "rules/cost.h"
+#include "rules/defaults.h"
 #include "rules/dist_adj.h"
 #include "rules/multipliers.h"
 #include "rules/option_refs.h"
@@ -111,7 +112,7 @@ bool settleChain(ItemChain& chain, ListInfo& list) {
 }  // namespace
 
 bool defineItemVariable(Item& item, std::string_view levelText) {
-  const std::string text = levelText.empty() ? std::string("0") : std::string(levelText);
+  std::string text = levelText.empty() ? std::string("0") : std::string(levelText);
   SymbolTable* table = tableOf(item);
   if (item.varName.empty() || table == nullptr) {
     Value result;
@@ -122,6 +123,14 @@ bool defineItemVariable(Item& item, std::string_view levelText) {
     item.value = result;
   } else {
     const bool atDefault = item.useDefault() && !item.defaultText.empty();
+    if (atDefault && isDefaultList(item)) {
+      Value best;
+      if (evaluateDefault(item, best) != 0) {
+        showError(strprintf("Illegal value: %s", item.defaultText.c_str()));
+        return false;
+      }
+      text = best.isString() ? "\"" + best.text() + "\"" : valueToText(best);
+    }
     if (item.levelSymbol != nullptr &&
         item.levelSymbol->name.starts_with(kDefaultPrefix) != atDefault) {
       dropVariables(*table, item);
@@ -146,7 +155,7 @@ bool defineItemVariable(Item& item, std::string_view levelText) {
     }
     getValue(*item.levelSymbol, item.value);
     if (atDefault) {
-      if (item.levelSymbol->hasBase() && item.value.isNumber()) {
+      if (!isDefaultList(item) && item.levelSymbol->hasBase() && item.value.isNumber()) {
         item.value = Value(valueToDouble(item.value) + baseOf(item));
       }
       if (!item.defFormula.empty()) {
@@ -212,6 +221,7 @@ bool setItemLevel(Item& item, std::string_view levelText, bool recompute, bool c
     distAdj(item, kOptionAdjDistLevel, -1, old.levelValue, item.levelValue);
   }
   if (recompute && item.list != nullptr) addUpList(*item.list);
+  propagateDefaults(item);
   return true;
 }
 
