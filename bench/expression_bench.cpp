@@ -75,3 +75,42 @@ void BM_LevelChangePropagation(benchmark::State& state) {
 BENCHMARK(BM_LevelChangePropagation);
 
 }  // namespace
+
+namespace {
+
+// A chain v0 <- v1 <- ... <- vN: a change of v0 travels through every link, depth first.
+void BM_PropagationChain(benchmark::State& state) {
+  Sheet sheet;
+  const int links = static_cast<int>(state.range(0));
+  zv::defineVariable(sheet.table, "v0", "1");
+  for (int i = 1; i <= links; ++i) {
+    zv::defineVariable(sheet.table, "v" + std::to_string(i), "v" + std::to_string(i - 1) + " + 1");
+  }
+  zv::Symbol* head = sheet.table.find("v0");
+  zv::Symbol* tail = sheet.table.find("v" + std::to_string(links));
+  std::int32_t next = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(zv::setValue(sheet.table, *head, zv::Value(++next % 20)));
+  }
+  if (zv::valueToInteger(tail->value) != next % 20 + links) state.SkipWithError("wrong result");
+  state.SetItemsProcessed(state.iterations() * links);
+}
+BENCHMARK(BM_PropagationChain)->Arg(10000)->Unit(benchmark::kMillisecond);
+
+// A wide fan-out: one variable read by N others.
+void BM_PropagationFanOut(benchmark::State& state) {
+  Sheet sheet;
+  const int readers = static_cast<int>(state.range(0));
+  for (int i = 0; i < readers; ++i) {
+    zv::defineVariable(sheet.table, "r" + std::to_string(i), "level * 2 + " + std::to_string(i));
+  }
+  zv::Symbol* level = sheet.table.find("level");
+  std::int32_t next = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(zv::setValue(sheet.table, *level, zv::Value(++next % 20)));
+  }
+  state.SetItemsProcessed(state.iterations() * readers);
+}
+BENCHMARK(BM_PropagationFanOut)->Arg(10000)->Unit(benchmark::kMillisecond);
+
+}  // namespace
