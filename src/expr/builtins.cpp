@@ -65,6 +65,8 @@ constexpr std::array<BuiltinFunction, kBuiltinIds> makeTable() {
   table[54] = &builtinFinditemvalue;
   table[64] = &builtinTotalitemvalues;
   table[74] = &builtinVariteminfo;
+  table[52] = &builtinGetglobal;
+  table[53] = &builtinSetglobal;
   return table;
 }
 

@@ -59,10 +59,12 @@ int builtinPutassoc(BuiltinCall& call);           ///< putassoc(a, key, v): the 
 int builtinListdirectory(BuiltinCall& call);      ///< listdirectory(a, directory, wildcards)
 
 // Maps kept by the table.
-int builtinPutmap(BuiltinCall& call);    ///< putmap(map, key, v): 0
-int builtinGetmap(BuiltinCall& call);    ///< getmap(map, key): the value, or 0
-int builtinListmap(BuiltinCall& call);   ///< listmap(map, separator): the keys joined
-int builtinClearmap(BuiltinCall& call);  ///< clearmap(map): 0
+int builtinPutmap(BuiltinCall& call);     ///< putmap(map, key, v): 0
+int builtinGetglobal(BuiltinCall& call);  ///< getglobal(name): the game system's variable
+int builtinSetglobal(BuiltinCall& call);  ///< setglobal(name, v): 1 when stored
+int builtinGetmap(BuiltinCall& call);     ///< getmap(map, key): the value, or 0
+int builtinListmap(BuiltinCall& call);    ///< listmap(map, separator): the keys joined
+int builtinClearmap(BuiltinCall& call);   ///< clearmap(map): 0
 
 // Variables of the table the code runs in.
 int builtinSetvariable(BuiltinCall& call);  ///< setvariable(name, v): 1 when stored
