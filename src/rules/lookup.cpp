@@ -1,9 +1,11 @@
 #include "rules/lookup.h"
 
+#include "core/fileinfo.h"
 #include "core/messages.h"
 #include "core/strfmt.h"
 #include "core/text.h"
 #include "core/value.h"
+#include "expr/symbols.h"
 #include "rules/option_value.h"
 
 namespace zv {
@@ -51,6 +53,34 @@ std::optional<std::string> lookupExpression(
     if (equalsIgnoringCase(entryKey, key)) return expression;
   }
   return std::nullopt;
+}
+
+std::optional<std::vector<std::pair<std::string, std::string>>> lookupEntries(Item& item) {
+  const std::string name = trim(item.lookupArray);
+  if (name.empty() || name.front() == '$') return parseLookupString(item, name);
+  SymbolTable* table = item.owner != nullptr ? item.owner->symbols.get() : nullptr;
+  Symbol* array = table != nullptr ? table->find(name) : nullptr;
+  if (array == nullptr || array->undefined()) {
+    showError(strprintf("Cannot find lookup array '%s'", name.c_str()));
+    return std::nullopt;
+  }
+  if (!array->isArray()) {
+    showError(strprintf("Lookup array '%s' is not an array", name.c_str()));
+    return std::nullopt;
+  }
+  if (array->elements.size() % 2 != 0) {
+    showError("Must have even number of elements in lookup array");
+    return std::nullopt;
+  }
+  std::vector<std::pair<std::string, std::string>> entries;
+  for (std::size_t i = 0; i < array->elements.size(); i += 2) {
+    if (!array->elements[i].isString()) {
+      showError(strprintf("Element %d is not a string in combo box", static_cast<int>(i + 1)));
+      return std::nullopt;
+    }
+    entries.emplace_back(array->elements[i].text(), valueToText(array->elements[i + 1]));
+  }
+  return entries;
 }
 
 }  // namespace zv

@@ -21,4 +21,10 @@ std::optional<std::vector<std::pair<std::string, std::string>>> parseLookupStrin
 std::optional<std::string> lookupExpression(
     const std::vector<std::pair<std::string, std::string>>& entries, std::string_view key);
 
+/// The choices of the item's lookupArray: a lookup string, or the name of an array of pairs
+/// (text, value). Shows "No lookup array specified.", "Cannot find lookup array '%s'", "Lookup
+/// array '%s' is not an array", "Must have even number of elements in lookup array" or "Element
+/// %d is not a string in combo box" (1-based) and gives nullopt.
+std::optional<std::vector<std::pair<std::string, std::string>>> lookupEntries(Item& item);
+
 }  // namespace zv

@@ -26,6 +26,25 @@ std::vector<EffectiveOption> effectiveOptions(Item& item) {
 
 namespace {
 
+/// The options being evaluated, across nested walks: an option met again ends the walk, so that
+/// a computed value that reads its own item's attributes cannot loop.
+std::vector<const Option*> optionsInWork;
+
+class InWork {
+ public:
+  explicit InWork(const Option* option) { optionsInWork.push_back(option); }
+  ~InWork() { optionsInWork.pop_back(); }
+  InWork(const InWork&) = delete;
+  InWork& operator=(const InWork&) = delete;
+};
+
+bool isInWork(const Option* option) {
+  for (const Option* busy : optionsInWork) {
+    if (busy == option) return true;
+  }
+  return false;
+}
+
 bool hasPassingParent(const Item& item) {
   return item.parent != nullptr && item.parent->inheritOpts();
 }
@@ -64,7 +83,9 @@ MultiplierSums computeMultipliers(Item& item) {
 
   for (const EffectiveOption& entry : effectiveOptions(item)) {
     Option& option = *entry.option;
+    if (isInWork(&option)) break;
     if (isToggledOff(option.value)) continue;
+    InWork guard(&option);
     std::optional<OptValue> read =
         getOptValue(entry.holder, option.kind, option.relatedItem, option.value);
     if (!read) continue;

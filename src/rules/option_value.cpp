@@ -13,6 +13,7 @@
 #include "expr/compiler.h"
 #include "expr/expr_error.h"
 #include "expr/symbols.h"
+#include "rules/multipliers.h"
 #include "rules/tokens.h"
 
 namespace zv {
@@ -239,6 +240,25 @@ std::optional<std::string> itemAttributeText(Item& item, std::string_view attrib
   if (equalsIgnoringCase(attribute, "nchildren")) return std::to_string(item.children.size());
   if (equalsIgnoringCase(attribute, "editdlg")) return std::to_string(item.editDlg());
   if (equalsIgnoringCase(attribute, "atdefault")) return item.useDefault() ? "1" : "0";
+  static constexpr std::string_view kSums[] = {"fracup",  "fracdown", "product",
+                                               "percent", "posadd",   "negadd"};
+  for (std::string_view name : kSums) {
+    if (!equalsIgnoringCase(attribute, name)) continue;
+    // The sums come from a fresh walk, which leaves the item's own figures as they were.
+    const double mult = item.mult;
+    const double add = item.add;
+    const double aux = item.aux;
+    const MultiplierSums sums = computeMultipliers(item);
+    item.mult = mult;
+    item.add = add;
+    item.aux = aux;
+    if (name == "fracup") return formatFloat(sums.fractionUp, false);
+    if (name == "fracdown") return formatFloat(sums.fractionDown, false);
+    if (name == "product") return formatFloat(sums.product, false);
+    if (name == "percent") return std::to_string(sums.percent);
+    if (name == "posadd") return formatFloat(sums.positiveAdditions, false);
+    return formatFloat(sums.negativeAdditions, false);
+  }
   return std::nullopt;
 }
 

@@ -6,6 +6,7 @@
 #include "rules/install.h"
 #include "rules/level.h"
 #include "rules/lookup.h"
+#include "rules/option_value.h"
 #include "rules_test_support.h"
 
 namespace zv::testing {
@@ -101,6 +102,71 @@ TEST_F(DistLookupTest, EngineSeesTheOptionRules) {
   EXPECT_EQ(optionRules().optionDisplay(item, size), "Size: Large, 3");
   EXPECT_EQ(optionRules().expandOptionRefs(item, "`Size`*2"), "3*2");
   setOptionRules(saved);
+}
+
+}  // namespace
+}  // namespace zv::testing
+
+namespace zv::testing {
+namespace {
+
+class LookupArrayTest : public RulesTest {};
+
+TEST_F(LookupArrayTest, ArraysOfPairs) {
+  ASSERT_NE(defineArray(*sheet_.symbols, "Ranks[4]", "\"Novice\", 1, \"Expert\", 3"), nullptr);
+  ASSERT_NE(defineArray(*sheet_.symbols, "Odd[3]", "\"a\", 1, \"b\""), nullptr);
+  ASSERT_NE(defineArray(*sheet_.symbols, "Numbers[2]", "1, 2"), nullptr);
+  ASSERT_NE(defineVariable(*sheet_.symbols, "Plain", "1"), nullptr);
+  Item& item = addItem("Rank");
+  item.lookupArray = "Ranks";
+  auto entries = lookupEntries(item);
+  ASSERT_TRUE(entries.has_value()) << messages();
+  ASSERT_EQ(entries->size(), 2u);
+  EXPECT_EQ((*entries)[1].first, "Expert");
+  EXPECT_EQ((*entries)[1].second, "3");
+  struct Case {
+    const char* name;
+    const char* message;
+  };
+  const Case cases[] = {
+      {"", "[Error] No lookup array specified."},
+      {"Missing", "[Error] Cannot find lookup array 'Missing'"},
+      {"Plain", "[Error] Lookup array 'Plain' is not an array"},
+      {"Odd", "[Error] Must have even number of elements in lookup array"},
+      {"Numbers", "[Error] Element 1 is not a string in combo box"},
+  };
+  for (const Case& c : cases) {
+    host_.clearTranscript();
+    item.lookupArray = c.name;
+    EXPECT_FALSE(lookupEntries(item).has_value()) << c.name;
+    EXPECT_EQ(messages(), c.message) << c.name;
+  }
+}
+
+TEST_F(LookupArrayTest, AttributesOfTheOptionSums) {
+  Item& item = addItem("Thing");
+  addOption(item, kOptionFraction, "Up", "+1/2");
+  addOption(item, kOptionFraction, "Down", "-1/4");
+  addOption(item, kOptionAddition, "Plus", "+3");
+  addOption(item, kOptionAddition, "Minus", "-1");
+  addOption(item, kOptionPercentage, "Pct", "20");
+  Option& self = addOption(item, kOptionAdjustment, "Self", "?!@*fracup@+@*fracdown@");
+  item.mult = 7;
+  struct Case {
+    const char* name;
+    const char* text;
+  };
+  const Case cases[] = {
+      {"fracup", "0.5"}, {"fracdown", "0.25"}, {"product", "1"},
+      {"percent", "20"}, {"posadd", "3"},      {"negadd", "-1"},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(itemAttributeText(item, c.name), std::optional<std::string>(c.text)) << c.name;
+  }
+  EXPECT_DOUBLE_EQ(item.mult, 7);
+  std::optional<OptValue> value = getOptValue(&item, self.kind, "", self.value);
+  ASSERT_TRUE(value.has_value()) << messages();
+  EXPECT_EQ(value->value, "0.75");
 }
 
 }  // namespace
