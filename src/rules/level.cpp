@@ -1,5 +1,6 @@
 #include "rules/level.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "core/list_info.h"
@@ -90,6 +91,14 @@ void restore(Item& item, const SavedState& saved) {
   item.levelValue = saved.levelValue;
   item.cost = saved.cost;
   item.totalCost = saved.totalCost;
+}
+
+/// Each sublist up the chain adds up its children again, then the list its items.
+void updateTotals(Item& item) {
+  for (Item* parent = item.parent; parent != nullptr; parent = parent->parent) {
+    computeChildCost(*parent);
+  }
+  if (item.list != nullptr) addUpList(*item.list);
 }
 
 bool settleChain(ItemChain& chain, ListInfo& list) {
@@ -220,7 +229,29 @@ bool setItemLevel(Item& item, std::string_view levelText, bool recompute, bool c
   if (item.levelValue != old.levelValue) {
     distAdj(item, kOptionAdjDistLevel, -1, old.levelValue, item.levelValue);
   }
-  if (recompute && item.list != nullptr) addUpList(*item.list);
+  if (recompute) {
+    const bool distributed = std::any_of(item.options.begin(), item.options.end(), [](auto& o) {
+      return o->kind == kOptionAdjDistLevel || o->kind == kOptionAdjDistCost;
+    });
+    std::string message;
+    if ((distributed || !item.adj.empty()) && !item.useDefault() &&
+        checkLevel(item, item.level, message) == 0) {
+      showError(levelRefusalText(item, item.level, message));
+      if (item.levelValue != old.levelValue) {
+        distAdj(item, kOptionAdjDistLevel, -1, item.levelValue, old.levelValue);
+      }
+      if (item.totalCost != old.totalCost) {
+        distAdj(item, kOptionAdjDistCost, -1, item.totalCost, old.totalCost);
+      }
+      item.setSettling(true);
+      defineItemVariable(item, old.level);
+      item.setSettling(wasSettling);
+      restore(item, old);
+      updateTotals(item);
+      return false;
+    }
+    updateTotals(item);
+  }
   propagateDefaults(item);
   return true;
 }
@@ -413,7 +444,7 @@ void onCostVariableChanged(Symbol& symbol, void* owner) {
   item.cost = valueToDouble(symbol.value);
   computeMultipliers(item);
   item.totalCost = computeCost(item);
-  if (item.totalCost != oldCost && item.list != nullptr) addUpList(*item.list);
+  if (item.totalCost != oldCost) updateTotals(item);
 }
 
 }  // namespace zv

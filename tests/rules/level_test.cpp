@@ -206,3 +206,43 @@ TEST_F(LevelTest, SettlingASheet) {
 
 }  // namespace
 }  // namespace zv::testing
+
+namespace zv::testing {
+namespace {
+
+class LevelTotalsTest : public RulesTest {};
+
+TEST_F(LevelTotalsTest, ChangesReachSublistsAndTheList) {
+  auto group = std::make_unique<Item>(ItemKind::Sublist, "Gear");
+  Item& gear = list_->appendItem(std::move(group));
+  auto rope = std::make_unique<Item>(ItemKind::Item, "Rope");
+  rope->varName = "Rope";
+  rope->formula = "x*3";
+  Item& ropeItem = gear.appendChild(std::move(rope));
+  ASSERT_TRUE(setItemLevel(ropeItem, "2", true, false)) << messages();
+  EXPECT_DOUBLE_EQ(gear.childCost, 6);
+  EXPECT_DOUBLE_EQ(gear.totalCost, 6);
+  EXPECT_DOUBLE_EQ(list_->total, 6);
+}
+
+TEST_F(LevelTotalsTest, ADistributedLevelThatFailsItsCheckIsUndone) {
+  Item& magic = addItem("Magic");
+  magic.varName = "Magic";
+  magic.formula = "x";
+  for (const char* name : {"Fire", "Water"}) {
+    Option& option = addOption(magic, kOptionAdjDistLevel, name, "1");
+    option.checkExpression = "v<=3;Too much in one school";
+  }
+  magic.checkExp = "1";
+  ASSERT_TRUE(setItemLevel(magic, "2", true, true)) << messages();
+  EXPECT_FALSE(setItemLevel(magic, "8", true, true));
+  EXPECT_EQ(messages(), "[Error] Too much in one school");
+  EXPECT_EQ(magic.level, "2");
+  EXPECT_EQ(magic.value, Value(2));
+  EXPECT_EQ(magic.options[0]->value, "1");
+  EXPECT_EQ(magic.options[1]->value, "1");
+  EXPECT_DOUBLE_EQ(list_->total, 2);
+}
+
+}  // namespace
+}  // namespace zv::testing
