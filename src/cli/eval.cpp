@@ -1,6 +1,7 @@
 #include <iostream>
 
 #include "cli/commands.h"
+#include "cli/open_sheet.h"
 #include "core/codepage.h"
 #include "core/messages.h"
 #include "expr/compiler.h"
@@ -12,12 +13,13 @@ namespace zv::cli {
 // eval [--sheet FILE] EXPR: the value as the system shows it, then a newline.
 int runEval(Context&, const std::vector<std::string>& args) {
   std::string expression;
+  std::string sheetPath;
   bool haveExpression = false;
   for (std::size_t i = 0; i < args.size(); ++i) {
     if (args[i] == "--sheet") {
       if (i + 1 >= args.size()) return usageError("--sheet needs a file");
-      showError("Reading sheets is not available yet");
-      return 1;
+      sheetPath = args[++i];
+      continue;
     }
     if (haveExpression) return usageError("eval takes one expression (quote it)");
     // The terminal speaks UTF-8; the expression language speaks the system's single-byte text.
@@ -26,9 +28,16 @@ int runEval(Context&, const std::vector<std::string>& args) {
   }
   if (!haveExpression) return usageError("eval needs an expression");
 
-  SymbolTable table;
+  std::unique_ptr<FileInfo> sheet;
+  SymbolTable scratch;
+  SymbolTable* table = &scratch;
+  if (!sheetPath.empty()) {
+    sheet = openSheet(sheetPath);
+    if (!sheet) return 1;
+    if (sheet->symbols) table = sheet->symbols.get();
+  }
   Value result;
-  if (parseExp(&table, expression, result) != 0) {
+  if (parseExp(table, expression, result) != 0) {
     reportExpressionError(expression);
     return 1;
   }

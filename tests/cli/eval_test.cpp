@@ -66,10 +66,35 @@ TEST_F(EvalCommandTest, ExpressionErrorsGoToStderr) {
 TEST_F(EvalCommandTest, Usage) {
   EXPECT_EQ(runCli({"eval"}).exitCode, 2);
   EXPECT_EQ(runCli({"eval", "1", "2"}).exitCode, 2);
-  auto sheet = runCli({"eval", "--sheet", "hero.chr", "1"});
-  EXPECT_EQ(sheet.exitCode, 1);
-  EXPECT_EQ(sheet.err, "[Error] Reading sheets is not available yet\n");
+  EXPECT_EQ(runCli({"eval", "1", "--sheet"}).exitCode, 2);
   EXPECT_NE(runCli({"--help"}).out.find("eval [--sheet FILE] EXPR"), std::string::npos);
+}
+
+TEST_F(EvalCommandTest, AgainstASheet) {
+  const std::string sheet = std::string(ZV_TEST_DATA_DIR) + "/sheets/wayfarer.chr";
+  struct Case {
+    const char* expression;
+    const char* out;
+  };
+  const Case cases[] = {
+      {"Bonus + Twice(4)", "10\n"},   // a variable and a function of the sheet's define block
+      {"Mods[2]", "2\n"},             // its array
+      {"@gamesystem", "Wayfarer\n"},  // a sheet attribute
+      {"SkillPoints * 4", "57\n"},    // a list total as the file stored its costs
+  };
+  for (const Case& c : cases) {
+    auto result = runCli({"--settings", settings(false), "eval", "--sheet", sheet, c.expression});
+    EXPECT_EQ(result.exitCode, 0) << c.expression << result.err;
+    EXPECT_EQ(result.out, c.out) << c.expression;
+  }
+
+  auto missing = runCli({"eval", "--sheet", "/nonexistent/hero.chr", "1"});
+  EXPECT_EQ(missing.exitCode, 1);
+  EXPECT_EQ(missing.err, "[File Not Found] The file '/nonexistent/hero.chr' does not exist.\n");
+  auto notSheet =
+      runCli({"eval", "--sheet", std::string(ZV_TEST_DATA_DIR) + "/../CMakeLists.txt", "1"});
+  EXPECT_EQ(notSheet.exitCode, 1);
+  EXPECT_NE(notSheet.err.find("is not a character sheet file."), std::string::npos);
 }
 
 }  // namespace

@@ -1,0 +1,44 @@
+#include "cli/open_sheet.h"
+
+#include "core/messages.h"
+#include "core/paths.h"
+#include "formats/dispatch.h"
+#include "formats/expr_sheet_symbols.h"
+#include "formats/file_recognition.h"
+#include "formats/sheet_reader.h"
+#include "formats/tokenstream.h"
+
+namespace zv::cli {
+
+std::unique_ptr<FileInfo> openSheet(const std::string& path) {
+  Recognition recognition = recogniseFile(path);
+  if (recognition.code == kFileCannotOpen) {
+    showTitled(Severity::Error, "File Not Found", strprintf("The file '%s' does not exist.", path));
+    return nullptr;
+  }
+  if (recognition.code == kFileReportedAlready) return nullptr;
+  if (recognition.code != kFileCharacterSheet && recognition.code != kFileCharacterTemplate) {
+    showError(strprintf("File %s is not a character sheet file.", path));
+    return nullptr;
+  }
+  FileByteStream input(path, FileByteStream::Mode::Read);
+  if (!input.isOpen()) {
+    showError(strprintf("Can't open character sheet %s.", path));
+    return nullptr;
+  }
+  // List totals reach their variables for as long as the program runs; installed once.
+  static const bool totalsInstalled = (installListTotalVariables(), true);
+  (void)totalsInstalled;
+
+  auto sheet = std::make_unique<FileInfo>();
+  sheet->fileType = recognition.code;
+  sheet->name = shortFileName(path);
+  sheet->path = path;
+  SheetReadOptions options;
+  options.symbols = &exprSheetSymbols();
+  options.loadData = false;
+  if (!readCharsheet(*sheet, input, options)) return nullptr;
+  return sheet;
+}
+
+}  // namespace zv::cli
