@@ -17,9 +17,8 @@ struct CommandEntry {
 };
 
 constexpr CommandEntry kCommands[] = {
-    {"identify", runIdentify},
-    {"eval", runEval},
-    {"expand", runExpand},
+    {"identify", runIdentify}, {"convert", runConvert}, {"dump", runDump},
+    {"eval", runEval},         {"expand", runExpand},
 };
 
 /// Takes the global options from the front of `args`; false on a bad option.
@@ -76,6 +75,10 @@ std::string helpText() {
          "                     template, 4 macro data sheet, 5 text, 6 data sheet, 7 filter,\n"
          "                     8 conversion script, 9 group, 10 data sheet list, -1 unknown,\n"
          "                     -2 can't be opened, -3 not recognizable)\n"
+         "  convert IN OUT [--text|--binary]\n"
+         "                     read a sheet or template and write it in the form asked\n"
+         "                     (default: the form it was read in; templates always text)\n"
+         "  dump FILE          a sheet or template as the engine computed it, as JSON\n"
          "  eval [--sheet FILE] EXPR\n"
          "                     the value of an expression as the program shows it; an\n"
          "                     expression error goes to stderr with exit status 1\n"

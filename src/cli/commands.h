@@ -46,6 +46,8 @@ class Context {
 int usageError(const std::string& message);
 
 int runIdentify(Context& context, const std::vector<std::string>& args);
+int runConvert(Context& context, const std::vector<std::string>& args);
+int runDump(Context& context, const std::vector<std::string>& args);
 int runEval(Context& context, const std::vector<std::string>& args);
 int runExpand(Context& context, const std::vector<std::string>& args);
 
