@@ -7,6 +7,8 @@
 #include "formats/file_recognition.h"
 #include "formats/sheet_reader.h"
 #include "formats/tokenstream.h"
+#include "rules/install.h"
+#include "rules/level.h"
 
 namespace zv::cli {
 
@@ -26,9 +28,10 @@ std::unique_ptr<FileInfo> openSheet(const std::string& path) {
     showError(strprintf("Can't open character sheet %s.", path));
     return nullptr;
   }
-  // List totals reach their variables for as long as the program runs; installed once.
-  static const bool totalsInstalled = (installListTotalVariables(), true);
-  (void)totalsInstalled;
+  // List totals reach their variables, and item fields read options by the item rules, for as
+  // long as the program runs; installed once.
+  static const bool rulesInstalled = (installListTotalVariables(), installItemRules(), true);
+  (void)rulesInstalled;
 
   auto sheet = std::make_unique<FileInfo>();
   sheet->fileType = recognition.code;
@@ -37,6 +40,8 @@ std::unique_ptr<FileInfo> openSheet(const std::string& path) {
   SheetReadOptions options;
   options.symbols = &exprSheetSymbols();
   options.loadData = false;
+  options.settle = settleSheetLevels;
+  options.applyOptions = applyItemOptions;
   if (!readCharsheet(*sheet, input, options)) return nullptr;
   return sheet;
 }

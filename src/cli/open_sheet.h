@@ -1,6 +1,7 @@
 #pragma once
 // Opening a character sheet or template for a command: recognised, read with the expression
-// engine, settled. Data sheets named by the sheet are not loaded yet.
+// engine, its options applied and its levels settled by the item rules. Data sheets named by the
+// sheet are not loaded yet.
 
 #include <memory>
 #include <string>

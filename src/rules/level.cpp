@@ -114,6 +114,9 @@ bool settleChain(ItemChain& chain, ListInfo& list) {
     }
     item->levelValue = valueToDouble(item->value);
     if (!settleChain(item->children, list)) return false;
+    // A sublist adds up its members once they are settled, so that a sheet shows the same totals
+    // on opening as after Recalculate.
+    if (item->isSublist()) computeChildCost(*item);
   }
   return true;
 }

@@ -71,16 +71,19 @@ TEST_F(EvalCommandTest, Usage) {
 }
 
 TEST_F(EvalCommandTest, AgainstASheet) {
-  const std::string sheet = std::string(ZV_TEST_DATA_DIR) + "/sheets/wayfarer.chr";
+  const std::string sheet = std::string(ZV_TEST_DATA_DIR) + "/sheets/ember.chr";
   struct Case {
     const char* expression;
     const char* out;
   };
   const Case cases[] = {
-      {"Bonus + Twice(4)", "10\n"},   // a variable and a function of the sheet's define block
-      {"Mods[2]", "2\n"},             // its array
-      {"@gamesystem", "Wayfarer\n"},  // a sheet attribute
-      {"SkillPoints * 4", "57\n"},    // a list total as the file stored its costs
+      {"Grit + Double(4)", "10\n"},    // a variable and a function of the sheet's define block
+      {"Mods[2]", "2\n"},              // its array
+      {"@gamesystem", "Emberfall\n"},  // a sheet attribute
+      {"Lore", "4\n"},                 // an item's level variable
+      {"SkillPoints", "22\n"},         // Climb 3*2 + Lore 4*4; Swim stays out of the total
+      {"GearCost", "10\n"},            // Pack 2 + its members 1 + 4 apart + Cloak 3
+      {"Spent", "36\n"},               // the dialog's formula field over both totals
   };
   for (const Case& c : cases) {
     auto result = runCli({"--settings", settings(false), "eval", "--sheet", sheet, c.expression});
