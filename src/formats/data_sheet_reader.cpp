@@ -10,6 +10,7 @@
 #include "core/record_limits.h"
 #include "core/strfmt.h"
 #include "core/text.h"
+#include "formats/data_sheet_sort.h"
 #include "formats/level_warnings.h"
 #include "formats/macro_context.h"
 #include "formats/sheet_grammar.h"
@@ -98,6 +99,7 @@ bool DataSheetReader::read() {
   }
   if (file_.gameSystem == nullptr)
     return grammar_.fail(strprintf("Game system not specified for data sheet file %s", file_.name));
+  sortDataSheetItems(*file_.gameSystem, options_.buildIndex);
   OpenDataSheet record;
   record.id = file_.id;
   record.name = file_.name;

@@ -42,6 +42,9 @@ struct DataSheetReadOptions {
   std::filesystem::path dataDir;
   /// Finds or creates the game system named by `gamesystem`; empty: the process-wide chain.
   std::function<GameSystem&(std::string_view)> gameSystemFor;
+  /// The master data's lookup index is wanted: duplicates of lower priority are removed when
+  /// the categories are sorted at the end. Off for a data sheet read as a document.
+  bool buildIndex = true;
 };
 
 /// Reads the data sheet from `input` (positioned at its first byte) into `file`, whose name and

@@ -63,13 +63,13 @@ TEST_F(DataSheetReaderTest, ReadsTheSampleIntoItsGameSystem) {
   const Category& crafts = *system.categories[0];
   EXPECT_EQ(crafts.name.str(), "Crafts");
   ASSERT_EQ(crafts.items.size(), 2u);
-  EXPECT_EQ(crafts.items[0]->name, "Wading");
+  EXPECT_EQ(crafts.items[0]->name, "Netting");  // sorted by name
   EXPECT_EQ(crafts.items[1]->sourceId, file.id);
   const Category& kit = *system.categories[1];
   ASSERT_EQ(kit.items.size(), 2u);
-  ASSERT_TRUE(kit.items[0]->isSublist());
-  EXPECT_EQ(kit.items[0]->children.size(), 1u);
-  EXPECT_EQ(kit.items[1]->name, "Lantern");
+  EXPECT_EQ(kit.items[0]->name, "Lantern");
+  ASSERT_TRUE(kit.items[1]->isSublist());
+  EXPECT_EQ(kit.items[1]->children.size(), 1u);
   ASSERT_EQ(system.strings.size(), 2u);
   EXPECT_EQ(system.strings[1].value, "Fare thee well");
   ASSERT_EQ(system.dataSheets.size(), 1u);

@@ -80,7 +80,7 @@ TEST_F(DataSheetWriterTest, WrittenSheetKeepsItsContent) {
   EXPECT_EQ(file.defines[0].name, "Damp");
   const GameSystem& system = *file.gameSystem;
   ASSERT_EQ(system.categories.size(), 2u);
-  EXPECT_EQ(system.categories[1]->items[0]->children.size(), 1u);
+  EXPECT_EQ(system.categories[1]->items[1]->children.size(), 1u);
   ASSERT_EQ(system.strings.size(), 2u);
   EXPECT_EQ(system.strings[0].value, "Well met");
 }
