@@ -53,6 +53,7 @@ class DataSheetReader {
   bool readPageInfo();
   bool readCategory();
   bool readStrings();
+  bool readOptions(OptionTree& level, int depth);
   bool needGameSystem();
   void checkLevel();
   bool improper(const SheetToken& token);
@@ -165,6 +166,8 @@ bool DataSheetReader::readKeyword(const SheetToken& token) {
       return needGameSystem() && readCategory();
     case kStrings:
       return needGameSystem() && readStrings();
+    case kOptions:
+      return needGameSystem() && readOptions(file_.options, 0);
     default:
       return improper(token);
   }
@@ -301,6 +304,37 @@ bool DataSheetReader::readStrings() {
     } else if (found->value != value) {
       showError(strprintf("String def %s inconsistent in file %s", token.text, file_.name));
     }
+  }
+}
+
+bool DataSheetReader::readOptions(OptionTree& level, int depth) {
+  SheetGrammar& g = grammar_;
+  for (;;) {
+    SheetToken token = g.next();
+    if (token.failed()) return false;
+    if (token.atEnd()) return g.fail("End missing");
+    if (token.is(kEnd)) return true;
+    if (token.is(kList) || token.is(kUlist)) {
+      std::string name;
+      if (!g.readWord(name, kStringValueCapacity)) return false;
+      OptionTreeEntry& group = findOrAddOptionGroup(level, token.id, name, depth);
+      if (!readOptions(group.entries, depth + 1)) return false;
+      continue;
+    }
+    if (!isOptionKind(token.id))
+      return g.fail(strprintf("Bad option type: %s (line %d)", token.text, line()));
+    auto option = std::make_unique<Option>();
+    option->kind = token.id;
+    if (!g.readText(option->name)) return false;
+    if (optionKindCarriesExpression(option->kind) && !g.readText(option->auxExpression))
+      return false;
+    if (!g.readText(option->value)) return false;
+    OptionTreeEntry leaf;
+    leaf.name = option->name;
+    leaf.depth = depth;
+    leaf.sourceId = file_.id;
+    leaf.option = std::move(option);
+    insertOptionEntry(level, std::move(leaf));
   }
 }
 

@@ -83,6 +83,25 @@ void writeStrings(SheetOut& out, const std::vector<StringDef>& strings) {
   out.lineBreak();
 }
 
+void writeOptionEntries(SheetOut& out, const OptionTree& level) {
+  for (const OptionTreeEntry& entry : level) {
+    if (entry.isGroup()) {
+      out.keyword(entry.groupKind);
+      out.string(entry.name);
+      out.lineBreak();
+      writeOptionEntries(out, entry.entries);
+      out.keyword(kEnd);
+    } else {
+      const Option& option = *entry.option;
+      out.keyword(option.kind);
+      out.string(option.name);
+      if (optionKindCarriesExpression(option.kind)) out.string(option.auxExpression);
+      out.string(option.value);
+    }
+    out.lineBreak();
+  }
+}
+
 }  // namespace
 
 int writeDataSheet(const DataSheetFile& file, const GameSystem& system, ByteStream& output,
@@ -120,6 +139,13 @@ int writeDataSheet(const DataSheetFile& file, const GameSystem& system, ByteStre
   for (const auto& category : system.categories)
     writeCategory(out, *category);
   writeStrings(out, system.strings);
+  if (!file.options.empty()) {
+    out.keyword(kOptions);
+    out.lineBreak();
+    writeOptionEntries(out, file.options);
+    out.keyword(kEnd);
+    out.lineBreak();
+  }
   out.keyword(kEnd);
   out.lineBreak();
   out.flush();

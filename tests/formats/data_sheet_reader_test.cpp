@@ -9,6 +9,7 @@
 #include "core/game_systems.h"
 #include "core/headless_host.h"
 #include "formats/data_sheet_reader.h"
+#include "formats/keywords.h"
 #include "formats/level_warnings.h"
 
 namespace zv::testing {
@@ -78,6 +79,33 @@ TEST_F(DataSheetReaderTest, ReadsTheSampleIntoItsGameSystem) {
   EXPECT_EQ(system.dataSheets[0].helpFile.str(), "marsh.hlp");
 }
 
+TEST_F(DataSheetReaderTest, OptionGroupsMergeByNameAndEntriesStaySorted) {
+  DataSheetFile file;
+  file.name = "marsh.cds";
+  ASSERT_TRUE(read(fileText("marsh.cds"), file)) << lastMessage();
+  ASSERT_EQ(file.options.size(), 1u);
+  const OptionTreeEntry& mods = file.options[0];
+  EXPECT_EQ(mods.name, "Mods");
+  EXPECT_EQ(mods.groupKind, kList);
+  std::vector<std::string> names;
+  for (const OptionTreeEntry& entry : mods.entries)
+    names.push_back(entry.name + "/" + std::to_string(entry.depth));
+  EXPECT_EQ(names, (std::vector<std::string>{"Bright/1", "Damp/1", "Heavy/1", "Tints/1"}));
+  EXPECT_EQ(mods.entries[1].option->kind, kOptionPercentage);
+  EXPECT_EQ(mods.entries[1].sourceId, file.id);
+  EXPECT_EQ(mods.entries[3].groupKind, kUlist);
+  ASSERT_EQ(mods.entries[3].entries.size(), 1u);
+  EXPECT_EQ(mods.entries[3].entries[0].option->value, "amber");
+
+  OptionTree level;
+  for (const char* name : {"b", "A", "a"}) {
+    OptionTreeEntry entry;
+    entry.name = name;
+    insertOptionEntry(level, std::move(entry));
+  }
+  EXPECT_EQ(level[0].name + level[1].name + level[2].name, "Aab");
+}
+
 TEST_F(DataSheetReaderTest, SublistsOfOneNameMergeAcrossSheets) {
   const std::string body = "cat Kit sublist Satchels memlist item Twine end end end";
   DataSheetFile first;
@@ -138,6 +166,8 @@ TEST_F(DataSheetReaderTest, MessagesOfBadFiles) {
        "(253)"},
       {"pageinfo stray", std::string(kHead) + "pageinfo lm 5 wobble rm 6 end end", true,
        "[Error] Unexpected token in pageInfo: wobble"},
+      {"bad option", std::string(kHead) + "options list Mods\nitem Rope end end end", false,
+       "[Error] Bad option type: item (line 3)"},
       {"strings clash", std::string(kHead) + "strings A one A two A one end end", true,
        "[Error] String def A inconsistent in file test.cds"},
   };

@@ -15,5 +15,7 @@ sublist Satchels memlist item Twine cost 1 end
 item Lantern cost 4
 end
 strings Greeting "Well met" Farewell "Fare thee well" end
+options list Mods mult Heavy 2 add Bright 1 ulist Tints text Amber amber end end
+list mods percent Damp 10 end end
 cdelay 1
 end
