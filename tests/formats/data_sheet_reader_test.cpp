@@ -168,6 +168,11 @@ TEST_F(DataSheetReaderTest, MessagesOfBadFiles) {
        "[Error] Unexpected token in pageInfo: wobble"},
       {"bad option", std::string(kHead) + "options list Mods\nitem Rope end end end", false,
        "[Error] Bad option type: item (line 3)"},
+      {"options open", std::string(kHead) + "options list Mods mult Heavy 2 end", false,
+       "[Error] End missing"},
+      {"value missing", std::string(kHead) + "level", false,
+       "[Error] Read error on data sheet test.cds"},
+      {"strings agree", std::string(kHead) + "strings A one A one end end", true, ""},
       {"strings clash", std::string(kHead) + "strings A one A two A one end end", true,
        "[Error] String def A inconsistent in file test.cds"},
   };
