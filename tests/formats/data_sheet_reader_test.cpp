@@ -172,6 +172,8 @@ TEST_F(DataSheetReaderTest, MessagesOfBadFiles) {
        "[Error] End missing"},
       {"value missing", std::string(kHead) + "level", false,
        "[Error] Read error on data sheet test.cds"},
+      {"string value missing", std::string(kHead) + "strings A", false,
+       "[Error] Error reading string def in file test.cds"},
       {"strings agree", std::string(kHead) + "strings A one A one end end", true, ""},
       {"strings clash", std::string(kHead) + "strings A one A two A one end end", true,
        "[Error] String def A inconsistent in file test.cds"},
