@@ -100,6 +100,21 @@ bool MacroContext::readStartReference(std::string& arg, bool active) {
   return true;
 }
 
+// The start of an unquoted argument, whose first character `c` has been read: "$(name)" is
+// replaced by the value of name, a "$" before anything else is kept. On return `c` is the next
+// character to take.
+bool MacroContext::readArgumentStart(int& c, std::string& arg, bool active) {
+  if (c != '$') return true;
+  c = rawChar();
+  if (c != '(') {
+    arg.push_back('$');
+    return true;
+  }
+  if (!readStartReference(arg, active)) return false;
+  c = rawChar();
+  return true;
+}
+
 // Appends `c` to a raw argument and returns the next character. A reference "$(name)" inside the
 // argument is taken whole, so that its ")" doesn't end the argument.
 int MacroContext::readRawArgChar(std::string& arg, int c) {
@@ -132,15 +147,7 @@ bool MacroContext::readTabArgs(std::vector<std::string>& args, std::string_view 
       while (c == ' ')
         c = rawChar();
     } else {
-      if (c == '$') {
-        c = rawChar();
-        if (c == '(') {
-          if (!readStartReference(arg, active)) return false;
-          c = rawChar();
-        } else {
-          arg.push_back('$');
-        }
-      }
+      if (!readArgumentStart(c, arg, active)) return false;
       while (!endsArg(c))
         c = readRawArgChar(arg, c);
       while (!arg.empty() && arg.back() == ' ')
@@ -184,15 +191,7 @@ bool MacroContext::readBracketArgs(std::vector<std::string>& args, std::string_v
       if (!readQuotedArg(arg, macroName)) return false;
       c = skipBlanksAndBreaks();
     } else {
-      if (c == '$') {
-        c = rawChar();
-        if (c == '(') {
-          if (!readStartReference(arg, active)) return false;
-          c = rawChar();
-        } else {
-          arg.push_back('$');
-        }
-      }
+      if (!readArgumentStart(c, arg, active)) return false;
       while (c != ',' && c != ')' && c != kEnd)
         c = readRawArgChar(arg, c);
     }

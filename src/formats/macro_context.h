@@ -181,6 +181,7 @@ class MacroContext : public CharSource {
   bool readTabArgs(std::vector<std::string>& args, std::string_view macroName, bool active);
   bool readBracketArgs(std::vector<std::string>& args, std::string_view macroName, bool active);
   bool readStartReference(std::string& arg, bool active);
+  bool readArgumentStart(int& c, std::string& arg, bool active);
   int readRawArgChar(std::string& arg, int c);
   bool readQuotedArg(std::string& arg, std::string_view macroName);
   std::optional<std::string> simpleExpand(std::string_view text);

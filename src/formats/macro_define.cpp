@@ -35,14 +35,18 @@ void MacroContext::defineMacro() {
   }
   MacroDef def;
   def.name = name;
-
-  c = skipBlanks();
-  if (c != '(') {
-    if (c == kEnd) {
+  // The end of the input is a premature end; any other wrong character a syntax error.
+  auto badCharacter = [&](int found) {
+    if (found == kEnd) {
       premature(name);
     } else {
       macroErrorf(macro_text::kSyntax, name, st.lineNumber);
     }
+  };
+
+  c = skipBlanks();
+  if (c != '(') {
+    badCharacter(c);
     return;
   }
   c = skipBlanksAndBreaks();
@@ -51,11 +55,7 @@ void MacroContext::defineMacro() {
       pushBack(c);
       std::string arg = readWord(kMaxNameLength, true, terminator);
       if (arg.empty()) {
-        if (terminator == kEnd) {
-          premature(name);
-        } else {
-          macroErrorf(macro_text::kSyntax, name, st.lineNumber);
-        }
+        badCharacter(terminator);
         return;
       }
       if (def.args.size() == kMaxArgs) {
@@ -66,11 +66,7 @@ void MacroContext::defineMacro() {
       c = skipBlanksAndBreaks();
       if (c == ')') break;
       if (c != ',') {
-        if (c == kEnd) {
-          premature(name);
-        } else {
-          macroErrorf(macro_text::kSyntax, name, st.lineNumber);
-        }
+        badCharacter(c);
         return;
       }
       c = skipBlanksAndBreaks();
