@@ -46,6 +46,21 @@ double floatOfText(const std::string& text) {
   return 1.0;
 }
 
+/// A value as a double; texts go through `textToDouble`, the two readings of a text differing.
+template <typename TextToDouble>
+double numberOf(const Value& value, TextToDouble textToDouble) {
+  switch (value.kind()) {
+    case ValueKind::Integer:
+      return value.integer();
+    case ValueKind::Float:
+      return value.real();
+    case ValueKind::String:
+      return textToDouble(value.text());
+    default:
+      return 0.0;
+  }
+}
+
 }  // namespace
 
 std::int32_t integerOf(const Value& value) {
@@ -62,16 +77,7 @@ std::int32_t integerOf(const Value& value) {
 }
 
 double floatOf(const Value& value) {
-  switch (value.kind()) {
-    case ValueKind::Integer:
-      return value.integer();
-    case ValueKind::Float:
-      return value.real();
-    case ValueKind::String:
-      return floatOfText(value.text());
-    default:
-      return 0.0;
-  }
+  return numberOf(value, floatOfText);
 }
 
 void forceInteger(Value& value) {
@@ -139,16 +145,7 @@ std::string valueToText(const Value& value) {
 }
 
 double valueToDouble(const Value& value) {
-  switch (value.kind()) {
-    case ValueKind::Integer:
-      return value.integer();
-    case ValueKind::Float:
-      return value.real();
-    case ValueKind::String:
-      return leadingDecimal(value.text());
-    default:
-      return 0.0;
-  }
+  return numberOf(value, [](const std::string& text) { return leadingDecimal(text); });
 }
 
 std::int32_t valueToInteger(const Value& value) {
