@@ -1,5 +1,7 @@
 #include "rules/defaults.h"
 
+#include <algorithm>
+
 #include "core/fileinfo.h"
 #include "core/list_info.h"
 #include "core/numbers.h"
@@ -85,7 +87,7 @@ void walkDependants(ItemChain& chain, Item& changed, const std::string& name) {
   for (auto& candidate : chain) {
     if (candidate.get() != &changed && candidate->useDefault() && !candidate->settling() &&
         isDefaultList(*candidate) && containsWord(candidate->defaultText, name)) {
-      setItemLevel(*candidate, candidate->level, false, false);
+      setItemLevel(*candidate, candidate->level, true, false);
     }
     walkDependants(candidate->children, changed, name);
   }
@@ -154,10 +156,14 @@ int evaluateDefault(Item& item, Value& out) {
 }
 
 void propagateDefaults(Item& item) {
-  if (item.list == nullptr || item.levelSymbol == nullptr || item.settling()) return;
-  item.setSettling(true);
+  if (item.list == nullptr || item.levelSymbol == nullptr) return;
+  // The items whose dependants are being set: one met again ends the walk, so that items that
+  // default from each other cannot recurse.
+  static std::vector<const Item*> inWork;
+  if (std::find(inWork.begin(), inWork.end(), &item) != inWork.end()) return;
+  inWork.push_back(&item);
   walkDependants(item.list->items, item, item.levelSymbol->name);
-  item.setSettling(false);
+  inWork.pop_back();
 }
 
 double computeChildCost(Item& sublist) {

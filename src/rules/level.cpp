@@ -11,12 +11,15 @@
 #include "core/text.h"
 #include "expr/expr_error.h"
 #include "expr/symbols.h"
+#include "rules/change_batch.h"
 #include "rules/cost.h"
 #include "rules/defaults.h"
 #include "rules/dist_adj.h"
 #include "rules/multipliers.h"
 #include "rules/option_refs.h"
 #include "rules/option_value.h"
+#include "rules/preferences.h"
+#include "rules/sheet_view.h"
 #include "rules/tokens.h"
 
 namespace zv {
@@ -91,14 +94,6 @@ void restore(Item& item, const SavedState& saved) {
   item.levelValue = saved.levelValue;
   item.cost = saved.cost;
   item.totalCost = saved.totalCost;
-}
-
-/// Each sublist up the chain adds up its children again, then the list its items.
-void updateTotals(Item& item) {
-  for (Item* parent = item.parent; parent != nullptr; parent = parent->parent) {
-    computeChildCost(*parent);
-  }
-  if (item.list != nullptr) addUpList(*item.list);
 }
 
 bool settleChain(ItemChain& chain, ListInfo& list) {
@@ -254,8 +249,8 @@ bool setItemLevel(Item& item, std::string_view levelText, bool recompute, bool c
       return false;
     }
     updateTotals(item);
+    propagateDefaults(item);
   }
-  propagateDefaults(item);
   return true;
 }
 
@@ -403,7 +398,9 @@ double nextAcceptableLevel(Item& item, double level, double step) {
   for (int attempt = 0; attempt < limit; ++attempt) {
     candidate += step;
     std::string unused;
-    if (checkLevel(item, formatFloat(candidate, false), unused) == 1) return candidate;
+    const int verdict = checkLevel(item, formatFloat(candidate, false), unused);
+    if (verdict == 1) return candidate;
+    if (verdict < 0) break;
   }
   return level;
 }
@@ -428,23 +425,47 @@ void applyItemOptions(FileInfo& /*sheet*/, Item& item) {
   item.totalCost = computeCost(item);
 }
 
-void onItemVariableChanged(Symbol& symbol, void* item) {
-  if (item == nullptr) return;
-  static_cast<Item*>(item)->value = symbol.value;
+void onItemVariableChanged(Symbol& symbol, void* owner) {
+  if (owner == nullptr) return;
+  Item& item = *static_cast<Item*>(owner);
+  item.value = symbol.value;
+  item.levelValue = valueToDouble(item.value);
+  if (ChangeBatch* batch = ChangeBatch::current()) batch->noteValueChange(item);
 }
 
-void onCostVariableChanged(Symbol& symbol, void* owner) {
+void onCostVariableChanged(Symbol& /*symbol*/, void* owner) {
   if (owner == nullptr) return;
   Item& item = *static_cast<Item*>(owner);
   if (isReading() || item.settling()) return;
-  if (item.owner != nullptr && item.owner->constCost() && !item.useDefault() &&
-      (!item.level.empty() || item.formula.empty())) {
-    std::string level;
-    if (findLevelForCost(item, level)) setItemLevel(item, level, true, false);
+  if (ChangeBatch* batch = ChangeBatch::current()) {
+    batch->noteCostChange(item);
     return;
   }
+  followCostVariable(item);
+  if (sheetViewHooks().itemChanged) sheetViewHooks().itemChanged(item);
+}
+
+void followCostVariable(Item& item) {
+  if (item.costSymbol == nullptr || item.settling()) return;
+  FileInfo* sheet = item.owner;
+  if (sheet != nullptr && sheet->constCost()) {
+    if (!item.useDefault() && (!item.level.empty() || item.formula.empty())) {
+      std::string level;
+      if (findLevelForCost(item, level)) {
+        setItemLevel(item, level, true, false);
+        return;
+      }
+    }
+  } else if (rulePreferences().checkReq && !item.level.empty() && !item.formula.empty()) {
+    std::string message;
+    if (checkLevel(item, item.level, message) == 0) {
+      if (ChangeBatch* batch = ChangeBatch::current()) {
+        batch->noteFailedCheck(item, levelRefusalText(item, valueToText(item.value), message));
+      }
+    }
+  }
   const double oldCost = item.totalCost;
-  item.cost = valueToDouble(symbol.value);
+  item.cost = valueToDouble(item.costSymbol->value);
   computeMultipliers(item);
   item.totalCost = computeCost(item);
   if (item.totalCost != oldCost) updateTotals(item);

@@ -36,7 +36,7 @@ bool costAtLevel(Item& item, double level, double& cost);
 bool findLevelForCost(Item& item, std::string& levelText);
 
 /// Steps from `level` by `step` until the level passes the check, at most maxAttempts steps (50
-/// when 0); the start when none passes.
+/// when 0); the start when none passes or a check can't be evaluated.
 double nextAcceptableLevel(Item& item, double level, double step);
 
 /// The level assignment at the end of reading a sheet: each item of each list (and its members)
@@ -48,8 +48,18 @@ bool settleSheetLevels(FileInfo& sheet);
 /// Applies an item's options and computes its cost, as after reading its option block.
 void applyItemOptions(FileInfo& sheet, Item& item);
 
-/// The change callbacks of the level and cost variables.
+/// The change callback of the level variable: the item takes the variable's value.
 void onItemVariableChanged(Symbol& symbol, void* item);
+/// The change callback of the "c_" cost variable. Nothing happens while a sheet is read or the
+/// item is being assigned; inside a ChangeBatch the item waits for the end of the batch; else
+/// it follows at once (followCostVariable).
 void onCostVariableChanged(Symbol& symbol, void* item);
+
+/// An item after its cost variable changed through other items. With the Constant Cost box an
+/// item with a level text (or without a cost function) that isn't at its default keeps its cost:
+/// the reverse search gives a new level. Otherwise, with the preference CheckReq, the level is
+/// checked again and a failure is noted in the open batch. Then the basecost follows the
+/// variable, the cost is recomputed and, when it changed, the totals up the chain.
+void followCostVariable(Item& item);
 
 }  // namespace zv

@@ -1,0 +1,301 @@
+#include "rules/edit.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "core/list_info.h"
+#include "core/list_total.h"
+#include "core/messages.h"
+#include "core/numbers.h"
+#include "core/strfmt.h"
+#include "expr/compiler.h"
+#include "expr/expr_error.h"
+#include "expr/symbols.h"
+#include "rules/change_batch.h"
+#include "rules/cost.h"
+#include "rules/level.h"
+#include "rules/multipliers.h"
+#include "rules/option_value.h"
+#include "rules/preferences.h"
+#include "rules/tokens.h"
+
+namespace zv {
+
+namespace {
+
+constexpr std::string_view kUnacceptableTitle = "Unacceptable Value";
+
+AcceptBadValue& installedAccept() {
+  static AcceptBadValue accept;
+  return accept;
+}
+
+RequirementsCheck& installedRequirements() {
+  static RequirementsCheck check;
+  return check;
+}
+
+bool askHost(std::string_view title, std::string_view message, bool okOnly) {
+  if (okOnly) {
+    showTitled(Severity::Warning, title, message);
+    return false;
+  }
+  return askQuestion(title, message, ButtonSet::OkCancel, Button::Ok) == Button::Ok;
+}
+
+/// The items being changed: a change of an item that is already being changed further up the
+/// call chain (a listener, a script run by a field) is refused, so that no change loops.
+class EditGuard {
+ public:
+  explicit EditGuard(const void* subject) : subject_(subject) {
+    busy_ = std::find(inEdit().begin(), inEdit().end(), subject) != inEdit().end();
+    if (!busy_) inEdit().push_back(subject);
+  }
+  ~EditGuard() {
+    if (!busy_) inEdit().erase(std::find(inEdit().begin(), inEdit().end(), subject_));
+  }
+  EditGuard(const EditGuard&) = delete;
+  EditGuard& operator=(const EditGuard&) = delete;
+  bool busy() const { return busy_; }
+
+ private:
+  static std::vector<const void*>& inEdit() {
+    static std::vector<const void*> subjects;
+    return subjects;
+  }
+  const void* subject_;
+  bool busy_ = false;
+};
+
+/// The title of a refused level: the list's name.
+std::string refusalTitle(const Item& item) {
+  if (item.list != nullptr && !item.list->name.empty()) return item.list->name.str();
+  return std::string(kUnacceptableTitle);
+}
+
+/// Assigns a level inside one batch of changes; the failed checks of dependants come back.
+bool assignLevel(FileInfo& sheet, Item& item, std::string_view levelText,
+                 std::vector<FailedCheck>& failed) {
+  ChangeBatch batch(sheet);
+  const bool ok = setItemLevel(item, levelText, true, false);
+  failed = batch.finish();
+  return ok;
+}
+
+/// The first problem that the change left behind: a dependant that fails its check, or unmet
+/// requirements.
+std::optional<BadValue> problemAfterChange(FileInfo& sheet, Item& item,
+                                           const std::vector<FailedCheck>& failed) {
+  for (const FailedCheck& check : failed) {
+    if (check.item != &item) return BadValue{refusalTitle(*check.item), check.message};
+  }
+  if (rulePreferences().checkReq && installedRequirements()) {
+    return installedRequirements()(sheet, item);
+  }
+  return std::nullopt;
+}
+
+/// Zero or not, as a check reads a result: a real truncated to an integer.
+bool checkPasses(const Value& result) {
+  if (result.isFloat()) return std::trunc(result.real()) != 0.0;
+  return valueToInteger(result) != 0;
+}
+
+/// A check message that begins with "$" is an expression, evaluated with `value` standing for x.
+std::string expandMessage(FileInfo& sheet, const std::string& message, std::string_view value) {
+  if (!message.starts_with("$")) return message;
+  const std::string expression = replaceWord(std::string_view(message).substr(1), "x", value);
+  Value result;
+  if (parseExp(sheet.symbols.get(), expression, result) != 0) return message.substr(1);
+  return valueToText(result);
+}
+
+/// The dialog's own check after one of its fields changed; true when it passes or may stand.
+bool checkDialog(FileInfo& sheet, const DlgInfo& dialog) {
+  if (!rulePreferences().checkReq || dialog.checkExp.empty()) return true;
+  Value result;
+  if (parseExp(sheet.symbols.get(), dialog.checkExp, result) != 0) {
+    showError(strprintf("Error in check expression for dialog %s", dialog.checkExp.c_str()));
+    return false;
+  }
+  if (checkPasses(result)) return true;
+  const std::string message = dialog.checkMsg.empty()
+                                  ? std::string("The requirements are not met by this value")
+                                  : expandMessage(sheet, dialog.checkMsg, "0");
+  return passBadValue({std::string(kUnacceptableTitle), message});
+}
+
+}  // namespace
+
+AcceptBadValue setAcceptBadValue(AcceptBadValue accept) {
+  AcceptBadValue previous = std::move(installedAccept());
+  installedAccept() = std::move(accept);
+  return previous;
+}
+
+RequirementsCheck setRequirementsCheck(RequirementsCheck check) {
+  RequirementsCheck previous = std::move(installedRequirements());
+  installedRequirements() = std::move(check);
+  return previous;
+}
+
+bool passBadValue(const BadValue& bad) {
+  const RulePreferences& preferences = rulePreferences();
+  if (preferences.noBadValueDlg) {
+    host().beep();
+    return false;
+  }
+  const bool okOnly = preferences.disallowIfNotSatisfied;
+  const bool accepted = installedAccept() ? installedAccept()(bad.title, bad.message, okOnly)
+                                          : askHost(bad.title, bad.message, okOnly);
+  return accepted && !okOnly;
+}
+
+EditResult changeItemLevel(FileInfo& sheet, Item& item, std::string_view levelText) {
+  if (!checkFileInfo(&sheet)) return EditResult::Failed;
+  EditGuard guard(&item);
+  if (guard.busy()) return EditResult::Busy;
+  const std::string text(levelText);
+  const std::string oldLevel = item.level;
+  if (rulePreferences().checkReq && !item.useDefault() && !text.empty()) {
+    std::string optionMessage;
+    const int verdict = checkLevel(item, text, optionMessage);
+    if (verdict < 0) return EditResult::Failed;
+    if (verdict == 0 &&
+        !passBadValue({refusalTitle(item), levelRefusalText(item, text, optionMessage)})) {
+      return EditResult::Refused;
+    }
+  }
+  std::vector<FailedCheck> failed;
+  if (!assignLevel(sheet, item, text, failed)) return EditResult::Failed;
+  if (std::optional<BadValue> problem = problemAfterChange(sheet, item, failed)) {
+    if (!passBadValue(*problem)) {
+      assignLevel(sheet, item, oldLevel, failed);
+      return EditResult::Refused;
+    }
+  }
+  setChanged(sheet, true);
+  return EditResult::Changed;
+}
+
+EditResult changeItemCost(FileInfo& sheet, Item& item, std::string_view costText) {
+  if (!checkFileInfo(&sheet)) return EditResult::Failed;
+  Value result;
+  if (evaluateForItem(&item, nullptr, costText.empty() ? "0" : costText, result) != 0 ||
+      !result.isNumber()) {
+    showError(strprintf("Illegal cost value: '%s'", std::string(costText).c_str()));
+    return EditResult::Failed;
+  }
+  const double cost = valueToDouble(result);
+  if (item.formula.empty() || item.useDefault()) {
+    EditGuard guard(&item);
+    if (guard.busy()) return EditResult::Busy;
+    ChangeBatch batch(sheet);
+    item.cost = cost;
+    computeMultipliers(item);
+    item.totalCost = computeCost(item);
+    updateTotals(item);
+    batch.noteValueChange(item);
+    batch.finish();
+    setChanged(sheet, true);
+    return EditResult::Changed;
+  }
+  const double oldCost = item.cost;
+  item.cost = cost;
+  std::string level;
+  const bool found = findLevelForCost(item, level);
+  item.cost = oldCost;
+  if (!found) return EditResult::Refused;
+  return changeItemLevel(sheet, item, level);
+}
+
+EditResult stepItemLevel(FileInfo& sheet, Item& item, int step) {
+  const double start = static_cast<double>(valueToInteger(Value(valueToText(item.value))));
+  double next = nextAcceptableLevel(item, start, step);
+  if (next == start) next = start + step;
+  return changeItemLevel(sheet, item, formatFloat(next, false));
+}
+
+EditResult changeDialogValue(FileInfo& sheet, DlgItem& field, std::string_view text) {
+  if (!checkFileInfo(&sheet) || field.symbol == nullptr || !sheet.symbols) {
+    return EditResult::Failed;
+  }
+  EditGuard guard(&field);
+  if (guard.busy()) return EditResult::Busy;
+  SymbolTable& table = *sheet.symbols;
+  const std::string value = text.empty() ? std::string("0") : std::string(text);
+  const DlgInfo* dialog = field.owner;
+  const std::string checkExp =
+      !field.checkExp.empty() || dialog == nullptr ? field.checkExp : dialog->defCheckExp;
+  const std::string checkMsg =
+      !field.checkMsg.empty() || dialog == nullptr ? field.checkMsg : dialog->defCheckMsg;
+  if (rulePreferences().checkReq && !checkExp.empty()) {
+    Value result;
+    if (parseExp(&table, replaceWord(checkExp, "x", value), result) != 0) {
+      showError(strprintf("Bad check expression in %s", field.varName.c_str()));
+      return EditResult::Failed;
+    }
+    if (!checkPasses(result)) {
+      const std::string message =
+          checkMsg.empty()
+              ? strprintf("The value entered (%s) is not in the acceptable range for %s.",
+                          std::string(text).c_str(), field.varName.c_str())
+              : expandMessage(sheet, checkMsg, value);
+      if (!passBadValue({std::string(kUnacceptableTitle), message})) return EditResult::Refused;
+    }
+  }
+  const std::string oldText = field.text;
+  ChangeBatch batch(sheet);
+  if (setExpression(table, *field.symbol, value) != 0) {
+    const std::string cause = expressionErrorText();
+    setExpression(table, *field.symbol, oldText.empty() ? std::string("0") : oldText);
+    batch.finish();
+    showTitled(Severity::Error, "Uninterpretable Value",
+               strprintf("The value entered (%s) cannot be interpreted. Enter a number or valid "
+                         "expression.\r\n\r\n(Cause: %s)",
+                         std::string(text).c_str(), cause.c_str()));
+    return EditResult::Failed;
+  }
+  std::string newText(text);
+  if (field.forceConst()) {
+    const Value constant = field.symbol->value;
+    setValue(table, *field.symbol, constant);
+    newText = valueToText(constant).substr(0, 31);
+  }
+  batch.finish();
+  if (dialog != nullptr && !checkDialog(sheet, *dialog)) {
+    ChangeBatch undo(sheet);
+    setExpression(table, *field.symbol, oldText.empty() ? std::string("0") : oldText);
+    return EditResult::Refused;
+  }
+  field.text = newText;
+  setChanged(sheet, true, 7);
+  return EditResult::Changed;
+}
+
+EditResult changeVariable(FileInfo& sheet, std::string_view name, std::string_view expression) {
+  if (!checkFileInfo(&sheet) || !sheet.symbols) return EditResult::Failed;
+  SymbolTable& table = *sheet.symbols;
+  const std::string text = expression.empty() ? std::string("0") : std::string(expression);
+  Symbol* symbol = table.find(name);
+  ChangeBatch batch(sheet);
+  int status = 0;
+  if (symbol != nullptr && !symbol->undefined() && !symbol->isVariable()) {
+    setError(kExprRedefined, name);
+    status = -1;
+  } else if (symbol != nullptr && symbol->isVariable() && !symbol->undefined()) {
+    status = setExpression(table, *symbol, text);
+  } else {
+    status = defineVariable(table, name, text) != nullptr ? 0 : -1;
+  }
+  batch.finish();
+  if (status != 0) {
+    reportExpressionError(text);
+    return EditResult::Failed;
+  }
+  setChanged(sheet, true);
+  return EditResult::Changed;
+}
+
+}  // namespace zv

@@ -1,0 +1,78 @@
+#pragma once
+// The one way to change a value of a sheet. The desktop program (a level typed in a list window,
+// Add 1, a dialog field), scripts and the command line all call these, so that every change
+// runs the same checks, the same propagation to dependants, sublists, list totals and dialog
+// fields, and ends by marking the sheet changed.
+//
+// A refused value passes the preferences of rules/preferences.h: with NoBadValueDlg it only
+// beeps; with DisallowIfNotSatisfied the box has OK only and the value is refused; otherwise
+// the user may accept it anyway (OK) or refuse it (Cancel).
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "core/dialog.h"
+#include "core/fileinfo.h"
+#include "core/item.h"
+
+namespace zv {
+
+enum class EditResult {
+  Changed,  ///< the value was taken and the sheet marked changed
+  Refused,  ///< a check refused the value (or the user did); the sheet is as it was
+  Failed,   ///< the value couldn't be evaluated; its message was shown
+  Busy,     ///< the item is already being changed further up the call chain; nothing was done
+};
+
+/// A value that the rules refuse, with the title and text of its box.
+struct BadValue {
+  std::string title;
+  std::string message;
+};
+
+/// Asks whether a refused value may stand: `okOnly` shows the box with OK alone (and the answer
+/// is then ignored). The default asks the host. The desktop program may install its own, which
+/// remembers the messages a user accepted on one control.
+using AcceptBadValue =
+    std::function<bool(std::string_view title, std::string_view message, bool okOnly)>;
+/// Installs the question and returns the previous one (empty: the default).
+AcceptBadValue setAcceptBadValue(AcceptBadValue accept);
+
+/// The seam of the requirements: after an item's level changed, with the preference CheckReq,
+/// it names the unmet requirements of the sheet, or gives nullopt. Installed by the requirement
+/// rules; without it nothing is checked.
+using RequirementsCheck = std::function<std::optional<BadValue>(FileInfo& sheet, Item& item)>;
+/// Installs the check and returns the previous one.
+RequirementsCheck setRequirementsCheck(RequirementsCheck check);
+
+/// Runs a refused value through the preferences; true when it may stand anyway.
+bool passBadValue(const BadValue& bad);
+
+/// Changes an item's level to `levelText`: with CheckReq the level is checked first, then it is
+/// assigned (setItemLevel) with propagation to everything that depends on it, parent sublists
+/// and list totals, and the views are told. A dependant whose check now fails, or unmet
+/// requirements, pass the preferences too; refused, the old level is put back.
+EditResult changeItemLevel(FileInfo& sheet, Item& item, std::string_view levelText);
+
+/// Changes an item's cost: without a cost function the basecost is taken as it is; with one the
+/// reverse search gives the level, which is then changed as by changeItemLevel. Shows "Illegal
+/// cost value: '%s'" for a text that gives no number.
+EditResult changeItemCost(FileInfo& sheet, Item& item, std::string_view costText);
+
+/// Add 1 and Subtract 1: the level (read as an integer) moves by `step`, further while the
+/// level check refuses it, at most maxAttempts steps (50 when 0); with none accepted, one step.
+EditResult stepItemLevel(FileInfo& sheet, Item& item, int step);
+
+/// Changes the value of a dialog field's variable to `text`: with CheckReq the field's check
+/// (its own or the dialog's default, `x` standing for the text) and afterwards the dialog's
+/// check must pass; "forceconst" fields keep the value as a constant. The field's text follows.
+EditResult changeDialogValue(FileInfo& sheet, DlgItem& field, std::string_view text);
+
+/// Sets a variable of the sheet by name to an expression, as scripts and the command line do,
+/// with propagation and without checks; a name not yet defined becomes a new variable. A name
+/// held by a function or array, or an expression that fails, shows "Expression error: %s (%s)".
+EditResult changeVariable(FileInfo& sheet, std::string_view name, std::string_view expression);
+
+}  // namespace zv

@@ -1,0 +1,24 @@
+#include "rules/preferences.h"
+
+namespace zv {
+
+namespace {
+
+RulePreferences& installedPreferences() {
+  static RulePreferences preferences;
+  return preferences;
+}
+
+}  // namespace
+
+RulePreferences setRulePreferences(const RulePreferences& preferences) {
+  RulePreferences previous = installedPreferences();
+  installedPreferences() = preferences;
+  return previous;
+}
+
+const RulePreferences& rulePreferences() {
+  return installedPreferences();
+}
+
+}  // namespace zv

@@ -1,0 +1,20 @@
+#pragma once
+// The user's preferences that decide what happens to a value the rules refuse. The desktop
+// program installs the user's choices; the defaults are those of a fresh installation.
+
+namespace zv {
+
+struct RulePreferences {
+  /// "CheckReq" ("Check When Adding"): levels and requirements are checked when they change.
+  bool checkReq = true;
+  /// "DisallowIfNotSatisfied": a refused value is never taken; the box has OK only.
+  bool disallowIfNotSatisfied = false;
+  /// "NoBadValueDlg": a refused value only beeps, with no box.
+  bool noBadValueDlg = false;
+};
+
+/// Installs the preferences and returns the previous ones.
+RulePreferences setRulePreferences(const RulePreferences& preferences);
+const RulePreferences& rulePreferences();
+
+}  // namespace zv

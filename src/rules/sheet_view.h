@@ -1,0 +1,26 @@
+#pragma once
+// What the engine tells the windows of a sheet after its values changed. The desktop program
+// installs these once; headless programs leave them empty and nothing is redrawn.
+
+#include <functional>
+
+#include "core/fileinfo.h"
+#include "core/item.h"
+#include "core/list_info.h"
+
+namespace zv {
+
+struct SheetViewHooks {
+  /// The rows or the total of a list changed: repaint its window (or its dialog field).
+  std::function<void(ListInfo& list)> listChanged;
+  /// One item's level, cost or options changed: repaint its row.
+  std::function<void(Item& item)> itemChanged;
+  /// An edit or a recalculation of the sheet ended: refresh whatever shows its values.
+  std::function<void(FileInfo& sheet)> sheetChanged;
+};
+
+/// Installs the hooks and returns the previous ones, so that they can be put back.
+SheetViewHooks installSheetViewHooks(SheetViewHooks hooks);
+const SheetViewHooks& sheetViewHooks();
+
+}  // namespace zv

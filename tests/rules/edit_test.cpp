@@ -1,0 +1,234 @@
+// The edit entry points: a level change with its propagation to dependants, sublists, list totals
+// and views; the flow of a refused value through the preferences; costs, steps, dialog values
+// and variables.
+
+#include "rules/edit.h"
+
+#include "core/dialog.h"
+#include "sheet_fixture.h"
+
+namespace zv::testing {
+namespace {
+
+class EditTest : public SheetRulesTest {
+ protected:
+  EditTest() : skills_(sheetList("Skills", "SkillPoints")) {
+    // A diamond: Agile and Wary follow Might, Grace follows both.
+    levelled(skills_, "Might", "x*2", "3");
+    levelled(skills_, "Agile", "x*3", "Might+1");
+    levelled(skills_, "Wary", "x", "Might*2");
+    levelled(skills_, "Grace", "x", "Agile+Wary");
+    defineVariable(*sheet_.symbols, "Spent", "SkillPoints+10");
+  }
+  Item& item(std::size_t i) { return *skills_.items[i]; }
+
+  ListInfo& skills_;
+};
+
+TEST_F(EditTest, ALevelChangeReachesEveryDependantOnce) {
+  settle();
+  EXPECT_EQ(variable("SkillPoints"), "34");  // 6 + 12 + 6 + 10
+  ASSERT_EQ(changeItemLevel(sheet_, item(0), "5"), EditResult::Changed) << messages();
+  struct Expect {
+    const char* name;
+    double value;
+    double cost;
+  };
+  const Expect expected[] = {
+      {"Might", 5, 10}, {"Agile", 6, 18}, {"Wary", 10, 10}, {"Grace", 16, 16}};
+  for (std::size_t i = 0; i < 4; ++i) {
+    EXPECT_EQ(item(i).name, expected[i].name);
+    EXPECT_DOUBLE_EQ(item(i).levelValue, expected[i].value) << expected[i].name;
+    EXPECT_DOUBLE_EQ(item(i).totalCost, expected[i].cost) << expected[i].name;
+    EXPECT_EQ(itemsRepainted[expected[i].name], 1) << expected[i].name;
+  }
+  EXPECT_EQ(item(0).level, "5");
+  EXPECT_EQ(item(1).level, "Might+1");
+  EXPECT_DOUBLE_EQ(skills_.total, 54);
+  EXPECT_EQ(variable("Spent"), "64");
+  EXPECT_EQ(totalsAdded["Skills"], 1);
+  EXPECT_EQ(listsRepainted["Skills"], 1);
+  EXPECT_EQ(sheetsRefreshed, 1);
+  EXPECT_TRUE(sheet_.changed());
+  EXPECT_EQ(messages(), "");
+}
+
+TEST_F(EditTest, ChangesInsideSublistsAddUpTheirParents) {
+  auto pack = std::make_unique<Item>(ItemKind::Sublist, "Pack");
+  Item& packItem = skills_.appendItem(std::move(pack));
+  auto pouch = std::make_unique<Item>(ItemKind::Sublist, "Pouch");
+  Item& pouchItem = packItem.appendChild(std::move(pouch));
+  auto rope = std::make_unique<Item>(ItemKind::Item, "Rope");
+  rope->varName = "Rope";
+  rope->formula = "x*4";
+  rope->level = "1";
+  Item& ropeItem = pouchItem.appendChild(std::move(rope));
+  settle();
+  EXPECT_DOUBLE_EQ(packItem.totalCost, 4);
+  ASSERT_EQ(changeItemLevel(sheet_, ropeItem, "3"), EditResult::Changed) << messages();
+  EXPECT_DOUBLE_EQ(pouchItem.totalCost, 12);
+  EXPECT_DOUBLE_EQ(packItem.totalCost, 12);
+  EXPECT_DOUBLE_EQ(skills_.total, 34 + 12);
+  EXPECT_EQ(itemsRepainted["Pouch"], 1);
+  EXPECT_EQ(itemsRepainted["Pack"], 1);
+}
+
+TEST_F(EditTest, ACostThatFeedsItsOwnTotalEndsAfterAFewRounds) {
+  ListInfo& loop = sheetList("Loop", "LoopTotal");
+  Item& echo = levelled(loop, "Echo", "x+LoopTotal", "0");
+  settle();
+  ASSERT_EQ(changeItemLevel(sheet_, echo, "1"), EditResult::Changed) << messages();
+  // The item follows the total three times; each round raised the total by one.
+  EXPECT_DOUBLE_EQ(echo.totalCost, 4);
+  EXPECT_DOUBLE_EQ(loop.total, 4);
+}
+
+TEST_F(EditTest, RefusedLevelsPassThePreferences) {
+  item(0).checkExp = "x<=5";
+  settle();
+  struct Case {
+    RulePreferences preferences;
+    const char* answer;
+    EditResult result;
+    const char* level;
+    const char* shown;
+  };
+  const char* box = "[Skills] Might: The value '7' is not allowed.";
+  const Case cases[] = {
+      {{true, false, false}, "Cancel", EditResult::Refused, "3", box},
+      {{true, false, false}, "OK", EditResult::Changed, "7", box},
+      {{true, true, false}, "OK", EditResult::Refused, "3", box},
+      {{true, false, true}, "OK", EditResult::Refused, "3", ""},
+      {{false, false, false}, "Cancel", EditResult::Changed, "7", ""},
+  };
+  for (const Case& c : cases) {
+    setRulePreferences(c.preferences);
+    ASSERT_EQ(changeItemLevel(sheet_, item(0), "3"), EditResult::Changed);
+    sheet_.setChangedFlag(false);
+    host_.clearTranscript();
+    host_.addAnswer(c.answer);
+    EXPECT_EQ(changeItemLevel(sheet_, item(0), "7"), c.result) << c.answer;
+    EXPECT_EQ(item(0).level, c.level) << c.answer;
+    EXPECT_EQ(sheet_.changed(), c.result == EditResult::Changed);
+    EXPECT_EQ(messages(), c.shown) << c.answer;
+  }
+}
+
+TEST_F(EditTest, ADependantThatFailsItsCheckUndoesTheChange) {
+  item(1).checkExp = "x<=5";
+  item(1).checkMsg = "Agility can't pass x";
+  settle();
+  host_.addAnswer("Cancel");
+  EXPECT_EQ(changeItemLevel(sheet_, item(0), "6"), EditResult::Refused);
+  EXPECT_EQ(messages(), "[Skills] Agility can't pass 7");
+  EXPECT_EQ(item(0).level, "3");
+  EXPECT_DOUBLE_EQ(item(1).levelValue, 4);
+  EXPECT_DOUBLE_EQ(skills_.total, 34);
+  EXPECT_FALSE(sheet_.changed());
+}
+
+TEST_F(EditTest, UnmetRequirementsComeThroughTheirSeam) {
+  settle();
+  RequirementsCheck previous = setRequirementsCheck([](FileInfo&, Item& changed) {
+    return changed.levelValue > 4 ? std::optional<BadValue>({"Requirements", "Needs a mentor"})
+                                  : std::nullopt;
+  });
+  host_.addAnswer("Cancel");
+  EXPECT_EQ(changeItemLevel(sheet_, item(0), "5"), EditResult::Refused);
+  EXPECT_EQ(changeItemLevel(sheet_, item(0), "4"), EditResult::Changed);
+  EXPECT_EQ(messages(), "[Requirements] Needs a mentor");
+  EXPECT_EQ(item(0).level, "4");
+  setRequirementsCheck(std::move(previous));
+}
+
+TEST_F(EditTest, AnItemIsNotChangedAgainWhileItChanges) {
+  settle();
+  std::vector<EditResult> inner;
+  SheetViewHooks hooks;
+  hooks.itemChanged = [&](Item& changed) {
+    if (&changed == &item(0)) inner.push_back(changeItemLevel(sheet_, item(0), "9"));
+  };
+  SheetViewHooks previous = installSheetViewHooks(hooks);
+  EXPECT_EQ(changeItemLevel(sheet_, item(0), "4"), EditResult::Changed);
+  installSheetViewHooks(std::move(previous));
+  EXPECT_EQ(inner, std::vector<EditResult>{EditResult::Busy});
+  EXPECT_EQ(item(0).level, "4");
+}
+
+TEST_F(EditTest, CostsStepsAndBadTexts) {
+  Item& rope = levelled(skills_, "Rope", "", "");
+  settle();
+  EXPECT_EQ(changeItemCost(sheet_, rope, "2.5"), EditResult::Changed) << messages();
+  EXPECT_DOUBLE_EQ(rope.totalCost, 2.5);
+  EXPECT_EQ(changeItemCost(sheet_, item(0), "8"), EditResult::Changed) << messages();
+  EXPECT_EQ(item(0).level, "4");
+  EXPECT_DOUBLE_EQ(skills_.total, 8 + 15 + 8 + 13 + 2.5);
+  EXPECT_EQ(changeItemCost(sheet_, item(0), "Might+"), EditResult::Failed);
+  EXPECT_EQ(changeItemLevel(sheet_, item(0), "Might+"), EditResult::Failed);
+  EXPECT_EQ(messages(), "[Error] Illegal cost value: 'Might+'|[Error] Illegal value: Might+");
+  EXPECT_EQ(item(0).level, "4");
+
+  host_.clearTranscript();
+  item(0).checkExp = "x mod 2 = 0";
+  EXPECT_EQ(stepItemLevel(sheet_, item(0), 1), EditResult::Changed);
+  EXPECT_EQ(item(0).level, "6");
+  EXPECT_EQ(stepItemLevel(sheet_, item(0), -1), EditResult::Changed);
+  EXPECT_EQ(item(0).level, "4");
+  item(0).checkExp = "x < 5";
+  host_.addAnswer("Cancel");
+  EXPECT_EQ(stepItemLevel(sheet_, item(0), 1), EditResult::Refused);
+  EXPECT_EQ(messages(), "[Skills] Might: The value '5' is not allowed.");
+}
+
+TEST_F(EditTest, DialogValuesAndVariables) {
+  DlgInfo& dialog = *sheet_.addDialog();
+  dialog.name = "Identity";
+  auto made = std::make_unique<DlgItem>();
+  made->varName = "Age";
+  made->text = "20";
+  made->checkExp = "x>=16";
+  DlgItem& age = dialog.appendItem(std::move(made));
+  age.symbol = defineVariable(*sheet_.symbols, "Age", "20");
+  defineVariable(*sheet_.symbols, "Elder", "Age>60");
+  settle();
+
+  EXPECT_EQ(changeDialogValue(sheet_, age, "70"), EditResult::Changed);
+  EXPECT_EQ(variable("Elder"), "1");
+  EXPECT_EQ(age.text, "70");
+  host_.addAnswer("Cancel");
+  EXPECT_EQ(changeDialogValue(sheet_, age, "12"), EditResult::Refused);
+  EXPECT_EQ(changeDialogValue(sheet_, age, "(5"), EditResult::Failed);
+  EXPECT_EQ(variable("Age"), "70");
+  dialog.checkExp = "Age<100";
+  host_.addAnswer("Cancel");
+  EXPECT_EQ(changeDialogValue(sheet_, age, "120"), EditResult::Refused);
+  EXPECT_EQ(variable("Age"), "70");
+  age.setForceConst(true);
+  EXPECT_EQ(changeDialogValue(sheet_, age, "Might*10"), EditResult::Changed);
+  EXPECT_EQ(age.text, "30");
+  ASSERT_EQ(changeItemLevel(sheet_, item(0), "4"), EditResult::Changed);
+  EXPECT_EQ(variable("Age"), "30");
+  age.checkExp.clear();
+  EXPECT_EQ(changeDialogValue(sheet_, age, "(5"), EditResult::Failed);
+  EXPECT_EQ(variable("Age"), "30");
+  const char* expected[] = {
+      "[Unacceptable Value] The value entered (12) is not in the acceptable range for Age.",
+      "[Error] Bad check expression in Age",
+      "[Unacceptable Value] The requirements are not met by this value",
+      "[Uninterpretable Value] The value entered ((5) cannot be interpreted. Enter a number or "
+      "valid expression.\\n\\n(Cause: Expression incomplete)",
+  };
+  ASSERT_EQ(host_.transcript().size(), 4u) << messages();
+  for (std::size_t i = 0; i < 4; ++i)
+    EXPECT_EQ(host_.transcript()[i], expected[i]);
+
+  host_.clearTranscript();
+  EXPECT_EQ(changeVariable(sheet_, "Might", "2"), EditResult::Changed);
+  EXPECT_EQ(changeVariable(sheet_, "Luck", "7"), EditResult::Changed);
+  EXPECT_EQ(variable("Luck"), "7");
+  EXPECT_EQ(changeVariable(sheet_, "Luck", "7+"), EditResult::Failed);
+  EXPECT_EQ(variable("Luck"), "7");
+}
+
+}  // namespace
+}  // namespace zv::testing
