@@ -18,7 +18,7 @@ struct CommandEntry {
 
 constexpr CommandEntry kCommands[] = {
     {"identify", runIdentify}, {"convert", runConvert}, {"dump", runDump},
-    {"eval", runEval},         {"expand", runExpand},
+    {"eval", runEval},         {"expand", runExpand},   {"recalc", runRecalc},
 };
 
 /// Takes the global options from the front of `args`; false on a bad option.
@@ -83,6 +83,10 @@ std::string helpText() {
          "                     the value of an expression as the program shows it; an\n"
          "                     expression error goes to stderr with exit status 1\n"
          "  expand FILE        the macro processor's output for a text data sheet\n"
+         "  recalc FILE [-o OUT]\n"
+         "                     open a sheet or template, recalculate every item and list\n"
+         "                     total, and save it in place (the old file becomes its .bak)\n"
+         "                     or to OUT, in the form it was read in\n"
          "\n"
          "Options:\n"
          "  --data-dir DIR     where game system data are found (default: the setting\n"

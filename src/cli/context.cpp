@@ -4,6 +4,7 @@
 #include "cli/commands.h"
 #include "core/messages.h"
 #include "core/numbers.h"
+#include "rules/preferences.h"
 
 namespace zv::cli {
 
@@ -26,6 +27,7 @@ Context::Context(const GlobalOptions& options)
     ready_ = false;
   }
   setUseFractions(appSettings_.useFractions);
+  setRulePreferences(rulePreferencesFrom(appSettings_));
   dataDir_ = options.dataDir.empty() ? appSettings_.sourceDirectory
                                      : std::filesystem::path(options.dataDir);
 }

@@ -11,6 +11,10 @@ RulePreferences& installedPreferences() {
 
 }  // namespace
 
+RulePreferences rulePreferencesFrom(const AppSettings& settings) {
+  return {settings.checkReq, settings.disallowIfNotSatisfied, settings.noBadValueDlg};
+}
+
 RulePreferences setRulePreferences(const RulePreferences& preferences) {
   RulePreferences previous = installedPreferences();
   installedPreferences() = preferences;

@@ -2,6 +2,8 @@
 // The user's preferences that decide what happens to a value the rules refuse. The desktop
 // program installs the user's choices; the defaults are those of a fresh installation.
 
+#include "core/app_settings.h"
+
 namespace zv {
 
 struct RulePreferences {
@@ -12,6 +14,9 @@ struct RulePreferences {
   /// "NoBadValueDlg": a refused value only beeps, with no box.
   bool noBadValueDlg = false;
 };
+
+/// The preferences as the program's settings give them.
+RulePreferences rulePreferencesFrom(const AppSettings& settings);
 
 /// Installs the preferences and returns the previous ones.
 RulePreferences setRulePreferences(const RulePreferences& preferences);

@@ -1,0 +1,36 @@
+#include "cli/commands.h"
+#include "cli/open_sheet.h"
+#include "formats/sheet_document.h"
+#include "rules/recalculate.h"
+
+namespace zv::cli {
+
+// recalc FILE [-o OUT]: opens a sheet or template, runs Recalculate over it and saves it, in
+// place or to OUT, through a temporary file and the backup rule. The file keeps the form it was
+// read in (templates are always text).
+int runRecalc(Context& context, const std::vector<std::string>& args) {
+  std::vector<std::string> files;
+  std::string output;
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    if (args[i] == "-o" || args[i] == "--output") {
+      if (i + 1 >= args.size()) return usageError("-o needs a file name");
+      output = args[++i];
+    } else {
+      files.push_back(args[i]);
+    }
+  }
+  if (files.size() != 1) return usageError("recalc takes one file");
+
+  std::unique_ptr<FileInfo> sheet = openSheet(files[0]);
+  if (!sheet) return 1;
+  recalculateSheet(*sheet);
+
+  DocumentContext document;
+  document.dataDir = context.dataDir();
+  document.binary = sheet->binary();
+  document.makeBackups = context.appSettings().makeBackups;
+  const std::string target = output.empty() ? files[0] : output;
+  return writeSheetDocument(*sheet, target, sheet->fileType, document) ? 0 : 1;
+}
+
+}  // namespace zv::cli
