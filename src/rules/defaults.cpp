@@ -23,7 +23,7 @@ constexpr int kBadDefault = -36;
 
 /// A value as literal text of an expression.
 std::string literalOf(const Value& value) {
-  if (value.isString()) return "\"" + value.text() + "\"";
+  if (value.isString()) return enclosed("\"", value.text(), "\"");
   return valueToText(value);
 }
 

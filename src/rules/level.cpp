@@ -136,7 +136,7 @@ bool defineItemVariable(Item& item, std::string_view levelText) {
         showError(strprintf("Illegal value: %s", item.defaultText.c_str()));
         return false;
       }
-      text = best.isString() ? "\"" + best.text() + "\"" : valueToText(best);
+      text = best.isString() ? enclosed("\"", best.text(), "\"") : valueToText(best);
     }
     if (item.levelSymbol != nullptr &&
         item.levelSymbol->name.starts_with(kDefaultPrefix) != atDefault) {
@@ -178,8 +178,8 @@ bool defineItemVariable(Item& item, std::string_view levelText) {
           return false;
         }
       } else {
-        item.costSymbol = defineVariable(*table, freeName(*table, "c_" + item.varName), function,
-                                         onCostVariableChanged, &item, &item);
+        item.costSymbol = defineVariable(*table, freeName(*table, enclosed("c_", item.varName, "")),
+                                         function, onCostVariableChanged, &item, &item);
         if (item.costSymbol == nullptr) {
           reportExpressionError(function);
           return false;
@@ -269,7 +269,7 @@ std::string levelRefusalText(Item& item, std::string_view levelText,
 int checkLevel(Item& item, std::string_view levelText, std::string& message) {
   message.clear();
   if (item.checkExp.empty()) return 1;
-  const std::string level = "(" + std::string(levelText) + ")";
+  const std::string level = enclosed("(", levelText, ")");
   std::string expression = replaceWord(item.checkExp, "x", level);
   expression = expandOptionRefs(item, expression, nullptr, true);
   Value result;

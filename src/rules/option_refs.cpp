@@ -166,8 +166,8 @@ std::string expandOptionRefs(Item& item, std::string_view text, Item* other, boo
         }
       }
     }
-    if (result.empty()) result = "0";
-    if (parenthesize && holdsOperator(result)) result = "(" + result + ")";
+    if (result.empty()) result.assign(1, '0');
+    if (parenthesize && holdsOperator(result)) result = enclosed("(", result, ")");
     out += result;
   }
   return out;

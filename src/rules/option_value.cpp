@@ -99,7 +99,7 @@ std::optional<OptValue> toggle(std::string_view text) {
   }
   OptValue out;
   out.value = std::string(text.substr(4));
-  if (out.value.empty()) out.value = text[2] == '0' ? "0" : "1";
+  if (out.value.empty()) out.value.assign(1, text[2] == '0' ? '0' : '1');
   out.label = out.value;
   return out;
 }
@@ -195,7 +195,7 @@ std::optional<std::string> normalFraction(std::string_view text) {
   out += std::to_string(whole);
   if (at < text.size() && glyphValue(text[at]) > 0) return out + text[at];
   if (at < text.size() && text[at] == '.') {
-    return std::string(1, sign) + formatFloat(std::fabs(*parseFraction(text)), false);
+    return enclosed(std::string(1, sign), formatFloat(std::fabs(*parseFraction(text)), false), "");
   }
   if (at + 1 < text.size() && text[at] == ' ') {
     std::size_t next = at + 1;
@@ -207,7 +207,8 @@ std::optional<std::string> normalFraction(std::string_view text) {
         if (n * 4 == d) return out + kQuarter;
         if (n * 2 == d) return out + kHalf;
         if (n * 4 == d * 3) return out + kThreeQuarters;
-        return out + " " + strprintf("%s/%s", std::to_string(n).c_str(), std::to_string(d).c_str());
+        return enclosed(out, " ",
+                        strprintf("%s/%s", std::to_string(n).c_str(), std::to_string(d).c_str()));
       }
     }
   }

@@ -42,6 +42,14 @@ std::string replaceWord(std::string_view text, std::string_view word,
   return out;
 }
 
+std::string enclosed(std::string_view open, std::string_view text, std::string_view close) {
+  // Built by appending: GCC 12 warns falsely (-Wrestrict) on a literal + string concatenation.
+  std::string out(open);
+  out.append(text);
+  out.append(close);
+  return out;
+}
+
 bool containsWord(std::string_view text, std::string_view word) {
   for (std::size_t i = 0; i < text.size(); ++i) {
     if (matchesAt(text, i, word)) return true;

@@ -11,6 +11,9 @@ namespace zv {
 /// An `x` preceded by "&" or "~" is not a whole word of its own.
 std::string replaceWord(std::string_view text, std::string_view word, std::string_view replacement);
 
+/// `text` between `open` and `close` ("(" and ")" around a value, quotes around a text).
+std::string enclosed(std::string_view open, std::string_view text, std::string_view close);
+
 /// True when the word occurs whole in the text.
 bool containsWord(std::string_view text, std::string_view word);
 
