@@ -179,6 +179,29 @@ EditResult changeItemLevel(FileInfo& sheet, Item& item, std::string_view levelTe
   return EditResult::Changed;
 }
 
+EditResult reassessItem(FileInfo& sheet, Item& item, const std::function<void()>& undo) {
+  if (!checkFileInfo(&sheet)) return EditResult::Failed;
+  EditGuard guard(&item);
+  if (guard.busy()) return EditResult::Busy;
+  std::vector<FailedCheck> failed;
+  const bool assigned = assignLevel(sheet, item, item.level, failed);
+  std::optional<BadValue> problem;
+  if (assigned && rulePreferences().checkReq && !item.useDefault() && !item.level.empty()) {
+    std::string optionMessage;
+    if (checkLevel(item, item.level, optionMessage) == 0) {
+      problem = BadValue{refusalTitle(item), levelRefusalText(item, item.level, optionMessage)};
+    }
+  }
+  if (assigned && !problem) problem = problemAfterChange(sheet, item, failed);
+  if (!assigned || (problem && !passBadValue(*problem))) {
+    undo();
+    assignLevel(sheet, item, item.level, failed);
+    return assigned ? EditResult::Refused : EditResult::Failed;
+  }
+  setChanged(sheet, true);
+  return EditResult::Changed;
+}
+
 EditResult changeItemCost(FileInfo& sheet, Item& item, std::string_view costText) {
   if (!checkFileInfo(&sheet)) return EditResult::Failed;
   Value result;

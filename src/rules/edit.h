@@ -56,6 +56,11 @@ bool passBadValue(const BadValue& bad);
 /// requirements, pass the preferences too; refused, the old level is put back.
 EditResult changeItemLevel(FileInfo& sheet, Item& item, std::string_view levelText);
 
+/// Assigns the item again after something its cost follows changed (its options, its cost
+/// function), with the same propagation and checks as a level change. When the result is
+/// refused, `undo` puts the change back and the item is assigned once more.
+EditResult reassessItem(FileInfo& sheet, Item& item, const std::function<void()>& undo);
+
 /// Changes an item's cost: without a cost function the basecost is taken as it is; with one the
 /// reverse search gives the level, which is then changed as by changeItemLevel. Shows "Illegal
 /// cost value: '%s'" for a text that gives no number.

@@ -1,16 +1,22 @@
 #include "rules/option_refs.h"
 
+#include <algorithm>
+
 #include "core/messages.h"
 #include "core/numbers.h"
 #include "core/strfmt.h"
 #include "core/text.h"
 #include "expr/expr_error.h"
+#include "expr/symbols.h"
 #include "rules/option_value.h"
 #include "rules/tokens.h"
 
 namespace zv {
 
 namespace {
+
+/// Sublists nest at most 200 deep; a longer chain of parents is a broken record.
+constexpr int kMaxOptionSearchDepth = 256;
 
 std::string nameWithQualifier(const Option& option, bool useAlias) {
   const std::string& name = useAlias && !option.alias.empty() ? option.alias : option.name;
@@ -20,6 +26,29 @@ std::string nameWithQualifier(const Option& option, bool useAlias) {
 
 bool holdsOperator(std::string_view text) {
   return text.find_first_of("+-*/<>=&|^% ") != std::string_view::npos;
+}
+
+/// A value as it stands in an expression: a number bare, anything else quoted.
+std::string valueLiteral(const std::string& value) {
+  if (isLiteralText(value) && !value.starts_with("\"")) return value;
+  std::string quoted = value;
+  std::replace(quoted.begin(), quoted.end(), '"', '\'');
+  return enclosed("\"", quoted, "\"");
+}
+
+/// The option's display template with its tokens replaced (x the option's value, c, a, m and
+/// aux the item's figures), evaluated; nullopt when it doesn't evaluate, so that the plain
+/// display stands. Displays stay quiet: they are made while windows paint.
+std::optional<std::string> displayTemplate(Item& item, Option& option, const std::string& value) {
+  std::string text = replaceWord(option.format, "aux", strprintf("%.15g", item.aux));
+  text = replaceWord(text, "c", strprintf("%f", item.cost));
+  text = replaceWord(text, "a", strprintf("%.15g", item.add));
+  text = replaceWord(text, "m", strprintf("%.15g", item.mult));
+  text = replaceWord(text, "x", valueLiteral(value));
+  text = expandOptionRefs(item, text, nullptr, true);
+  Value result;
+  if (evaluateForItem(&item, &option, text, result) != 0) return std::nullopt;
+  return valueToText(result);
 }
 
 }  // namespace
@@ -47,6 +76,9 @@ std::optional<OptString> getOptString(Item& item, Option& option) {
       out.text = valueToText(out.value);
       break;
     }
+    case kOptionText:
+      out.value = Value(out.text);
+      break;
     case kOptionAddition:
     case kOptionPercentage:
       out.value = Value(static_cast<std::int32_t>(leadingInteger(read->value)));
@@ -71,7 +103,11 @@ std::optional<OptString> getOptString(Item& item, Option& option) {
 
 std::optional<EffectiveOption> findOptionByName(Item& item, std::string_view name, bool exact) {
   Item* holder = &item;
-  while (holder != nullptr) {
+  for (int depth = 0; holder != nullptr; ++depth) {
+    if (depth > kMaxOptionSearchDepth) {
+      showError("Recursed too far in option list search");
+      return std::nullopt;
+    }
     const bool own = holder == &item;
     EffectiveOption prefixMatch;
     for (const auto& option : holder->options) {
@@ -92,11 +128,27 @@ std::optional<EffectiveOption> findOptionByName(Item& item, std::string_view nam
   return std::nullopt;
 }
 
+std::optional<EffectiveOption> findOptionByIndex(Item& item, std::string_view name, int n) {
+  int seen = 0;
+  for (const EffectiveOption& entry : effectiveOptions(item)) {
+    const Option& option = *entry.option;
+    if (!name.empty() && !equalsIgnoringCase(option.name, name) &&
+        (option.alias.empty() || !equalsIgnoringCase(option.alias, name))) {
+      continue;
+    }
+    if (++seen == n) return entry;
+  }
+  return std::nullopt;
+}
+
 std::string formatOption(Item& item, Option& option, bool useAlias) {
   const std::string name = nameWithQualifier(option, useAlias);
   std::optional<OptValue> read = getOptValue(&item, option.kind, option.relatedItem, option.value);
   const std::string value = read ? read->value : std::string();
   const std::string label = read ? read->label : std::string();
+  if (!option.format.empty()) {
+    if (std::optional<std::string> shown = displayTemplate(item, option, value)) return *shown;
+  }
   switch (option.kind) {
     case kOptionText:
       return strprintf("%s: %s", name.c_str(), value.c_str());

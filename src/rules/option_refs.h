@@ -29,6 +29,10 @@ std::optional<OptString> getOptString(Item& item, Option& option);
 /// stands there.
 std::optional<EffectiveOption> findOptionByName(Item& item, std::string_view name, bool exact);
 
+/// The nth option (counting from 1) whose name or alias is `name`, or of every option when the
+/// name is empty: the item's own first, then those of the parents that pass theirs on.
+std::optional<EffectiveOption> findOptionByIndex(Item& item, std::string_view name, int n);
+
 /// The display text of an option: name (with " (qualifier)"), then by kind.
 std::string formatOption(Item& item, Option& option, bool useAlias = false);
 

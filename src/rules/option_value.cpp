@@ -72,11 +72,17 @@ std::optional<OptValue> countList(Item* item, std::string_view text) {
     return std::nullopt;
   }
   std::vector<std::string> entries = split(text.substr(at + 1), ';');
-  if (!entries.empty() && trim(entries.back()).empty()) entries.pop_back();
+  // The last entry is closed by a ";" when only blanks follow it.
+  const bool lastClosed = !entries.empty() && trim(entries.back()).empty();
+  if (lastClosed) entries.pop_back();
   OptValue out;
   out.count = static_cast<int>(entries.size());
   if (index > out.count) {
     showError(withItem("Not enough parameters for ?: option", item));
+    return std::nullopt;
+  }
+  if (index == out.count && !lastClosed) {
+    showError("Missing , in ?: option");
     return std::nullopt;
   }
   out.index = static_cast<int>(index);
@@ -172,6 +178,14 @@ std::string signedWhole(double value) {
   return strprintf("%+d", static_cast<int>(std::trunc(value)));
 }
 
+/// The glyph of 1/4, 1/2 or 3/4 written so; other forms (2/4) stay as written.
+char fractionGlyph(long numerator, long denominator) {
+  if (numerator == 1 && denominator == 4) return kQuarter;
+  if (numerator == 1 && denominator == 2) return kHalf;
+  if (numerator == 3 && denominator == 4) return kThreeQuarters;
+  return '\0';
+}
+
 /// Sign, whole part and the fraction as a glyph or "n/d", from the parts of a fraction text.
 std::optional<std::string> normalFraction(std::string_view text) {
   std::size_t at = 0;
@@ -190,6 +204,7 @@ std::optional<std::string> normalFraction(std::string_view text) {
     long den = 0;
     readDigits(text, at, den);
     if (den == 0) return out + std::to_string(whole);
+    if (char glyph = fractionGlyph(whole, den)) return out + glyph;
     return out + strprintf("%s/%s", std::to_string(whole).c_str(), std::to_string(den).c_str());
   }
   out += std::to_string(whole);
@@ -204,9 +219,7 @@ std::optional<std::string> normalFraction(std::string_view text) {
     if (readDigits(text, next, n) && next < text.size() && text[next] == '/') {
       ++next;
       if (readDigits(text, next, d) && d != 0) {
-        if (n * 4 == d) return out + kQuarter;
-        if (n * 2 == d) return out + kHalf;
-        if (n * 4 == d * 3) return out + kThreeQuarters;
+        if (char glyph = fractionGlyph(n, d)) return out + glyph;
         return enclosed(out, " ",
                         strprintf("%s/%s", std::to_string(n).c_str(), std::to_string(d).c_str()));
       }

@@ -56,6 +56,7 @@ TEST_F(OptionValueTest, MalformedValuesShowTheirMessage) {
       {&foo, "?:x; a;", "[Error] Missing or bad count in ?: option (Foo)"},
       {&foo, "?:0; a;", "[Error] Missing or bad count in ?: option (Foo)"},
       {&foo, "?:1 a;", "[Error] Missing ';' after number in ?: option"},
+      {&foo, "?:2; a; b,5", "[Error] Missing , in ?: option"},
       {&foo, "?+1", "[Error] Missing parameter for ?+ option."},
   };
   for (const Case& c : cases) {
@@ -117,7 +118,10 @@ TEST_F(OptionValueTest, NormalForms) {
       {kOptionAddition, "5", "+5"},
       {kOptionAddition, "-3", "-3"},
       {kOptionPercentage, "50", "+50%"},
-      {kOptionFraction, "1/2", "+1/2"},
+      {kOptionFraction, "1/2", "+\xBD"},
+      {kOptionFraction, "-3/4", "-\xBE"},
+      {kOptionFraction, "2/4", "+2/4"},
+      {kOptionFraction, "1 2/4", "+1 2/4"},
       {kOptionFraction, "-1 1/2", "-1\xBD"},
       {kOptionFraction, "2 1/4", "+2\xBC"},
       {kOptionFraction, "1 2/3", "+1 2/3"},
@@ -247,10 +251,31 @@ TEST_F(OptionValueTest, DisplayTexts) {
   EXPECT_EQ(formatOption(item, sum), "Sum: 5");
   EXPECT_EQ(formatOption(item, plain), "Plain: +2");
 
+  // Display templates: x is the option's value, c, a and m the item's figures.
+  Item& held = addItem("Held");
+  held.cost = 4;
+  Option& grade = addOption(held, kOptionAddition, "Grade", "?:2; Small,1; Large,3;");
+  Option& remark = addOption(held, kOptionText, "Remark", "hello");
+  const std::tuple<Option*, const char*, const char*> templates[] = {
+      {&grade, "concat(\"Grade \", x)", "Grade 3"},
+      {&grade, "x*c", "12"},
+      {&remark, "concat(\"Remark: \", x)", "Remark: hello"},
+      {&grade, "x+", "Grade: Large, 3"},
+  };
+  for (const auto& [target, format, shown] : templates) {
+    target->format = format;
+    EXPECT_EQ(formatOption(held, *target), shown) << format;
+    target->format.clear();
+  }
+  EXPECT_EQ(messages(), "");
+
   std::optional<OptString> text = getOptString(item, size);
   ASSERT_TRUE(text.has_value());
   EXPECT_EQ(text->text, "Large, 3");
   EXPECT_EQ(text->value, Value(3));
+  text = getOptString(item, note);
+  ASSERT_TRUE(text.has_value());
+  EXPECT_EQ(text->value, Value("hello"));
   Option odd;
   odd.kind = 7;
   host_.clearTranscript();
@@ -300,6 +325,18 @@ TEST_F(OptionValueTest, FindingOptionsByName) {
   ASSERT_TRUE(found.has_value());
   EXPECT_EQ(found->option->name, "Ranged");
   EXPECT_FALSE(findOptionByName(child, "Nothing", false).has_value());
+
+  // By index: the nth match counting up through the parents; an empty name matches all.
+  addOption(child, kOptionAdjustment, "Range", "7");
+  const std::tuple<const char*, int, const char*> indexed[] = {
+      {"Range", 1, "7"}, {"Range", 2, "10"}, {"", 1, "5"}, {"", 3, "10"}, {"reach", 1, "5"},
+  };
+  for (const auto& [name, n, value] : indexed) {
+    found = findOptionByIndex(child, name, n);
+    ASSERT_TRUE(found.has_value()) << name << n;
+    EXPECT_EQ(found->option->value, value) << name << n;
+  }
+  EXPECT_FALSE(findOptionByIndex(child, "Range", 3).has_value());
 }
 
 }  // namespace
