@@ -16,6 +16,12 @@
 
 namespace zv {
 
+/// The sum of the adjustments that the items of a list gave to one category of it.
+struct CategoryBonus {
+  std::string category;
+  double total = 0.0;
+};
+
 struct ListInfo {
   ListInfo() = default;
   ListInfo(const ListInfo&) = delete;
@@ -46,6 +52,8 @@ struct ListInfo {
   std::string defCheckMsg;
   std::string format;  ///< the default item format
   std::vector<AltFormat> altFormats;
+  /// Bonuses that adjustments ("list:category+2") gave the categories of this list.
+  std::vector<CategoryBonus> categoryBonuses;
 
   bool open() const { return bits::test(flags, 0); }
   void setOpen(bool on) { bits::assign(flags, 0, on); }
