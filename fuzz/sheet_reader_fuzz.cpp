@@ -1,7 +1,7 @@
 // Reads arbitrary bytes as a character sheet (or, for inputs of odd length, a template) with the
-// expression engine behind the reader, in the form the magic test picks. A sheet that reads is
-// written out in both forms and the text form is read again. Nothing may crash, hang, leak or
-// read out of bounds.
+// expression engine and the item rules behind the reader, in the form the magic test picks. A
+// sheet that reads is recalculated, written out in both forms and the text form is read again.
+// Nothing may crash, hang, leak or read out of bounds.
 
 #include <cstddef>
 #include <cstdint>
@@ -13,6 +13,9 @@
 #include "formats/expr_sheet_symbols.h"
 #include "formats/sheet_reader.h"
 #include "formats/sheet_writer.h"
+#include "rules/install.h"
+#include "rules/level.h"
+#include "rules/recalculate.h"
 
 namespace {
 
@@ -21,6 +24,9 @@ using namespace zv;
 bool readSheet(FileInfo& sheet, std::string data) {
   SheetReadOptions options;
   options.symbols = &exprSheetSymbols();
+  options.loadData = false;
+  options.settle = settleSheetLevels;
+  options.applyOptions = applyItemOptions;
   MemoryByteStream input(std::move(data));
   return readCharsheet(sheet, input, options);
 }
@@ -31,12 +37,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static HeadlessHost quietHost(nullptr);
   static HostInstallation installed(quietHost);
   static ListTotalHook hook = installListTotalVariables();
+  static const bool rules = (installItemRules(), true);
+  (void)rules;
   quietHost.clearTranscript();
 
   const int fileType = size % 2 == 0 ? 1 : 2;
   {
     FileInfo sheet(fileType, "fuzz.chr", "/tmp/fuzz.chr");
     if (readSheet(sheet, std::string(reinterpret_cast<const char*>(data), size))) {
+      recalculateSheet(sheet);
       MemoryByteStream binary;
       writeCharsheet(sheet, binary, SheetWriteOptions{true});
       MemoryByteStream text;
