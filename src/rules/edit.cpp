@@ -234,6 +234,9 @@ EditResult changeItemCost(FileInfo& sheet, Item& item, std::string_view costText
 }
 
 EditResult stepItemLevel(FileInfo& sheet, Item& item, int step) {
+  if (item.isSublist()) {
+    return changeItemCost(sheet, item, std::to_string(static_cast<long>(item.cost) + step));
+  }
   const double start = static_cast<double>(valueToInteger(Value(valueToText(item.value))));
   double next = nextAcceptableLevel(item, start, step);
   if (next == start) next = start + step;

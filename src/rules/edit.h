@@ -68,6 +68,7 @@ EditResult changeItemCost(FileInfo& sheet, Item& item, std::string_view costText
 
 /// Add 1 and Subtract 1: the level (read as an integer) moves by `step`, further while the
 /// level check refuses it, at most maxAttempts steps (50 when 0); with none accepted, one step.
+/// A sublist steps its cost instead, as a typed cost.
 EditResult stepItemLevel(FileInfo& sheet, Item& item, int step);
 
 /// Changes the value of a dialog field's variable to `text`: with CheckReq the field's check

@@ -178,6 +178,14 @@ TEST_F(EditTest, CostsStepsAndBadTexts) {
   host_.addAnswer("Cancel");
   EXPECT_EQ(stepItemLevel(sheet_, item(0), 1), EditResult::Refused);
   EXPECT_EQ(messages(), "[Skills] Might: The value '5' is not allowed.");
+
+  auto pack = std::make_unique<Item>(ItemKind::Sublist, "Pack");
+  pack->setSetListCost(true);
+  pack->level = "1";
+  pack->cost = 4;
+  Item& packItem = skills_.appendItem(std::move(pack));
+  EXPECT_EQ(stepItemLevel(sheet_, packItem, -1), EditResult::Changed);
+  EXPECT_DOUBLE_EQ(packItem.totalCost, 3);
 }
 
 TEST_F(EditTest, DialogValuesAndVariables) {
