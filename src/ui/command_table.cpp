@@ -82,11 +82,10 @@ constexpr std::array<CommandName, 70> kCommands{{
     {"WindowPackWindows", 1576},
 }};
 
-constexpr std::array<MenuEntry, 7> kFileHead{{
+constexpr std::array<MenuEntry, 6> kFileHead{{
     {"&New...", kFileNew, "Ctrl+N", false},
     {"&Open...", kFileOpen, "Ctrl+O", false},
     {"&Close", kFileClose, "Ctrl+F4", true},
-    {"", 0, "", false},
     {"&Save", kFileSave, "Ctrl+S", true},
     {"Save &As...", kFileSaveAs, "", true},
     {"Save A&ll", kFileSaveAll, "", true},
@@ -107,14 +106,15 @@ constexpr std::array<MenuEntry, 2> kWindow{{
 
 }  // namespace
 
-std::span<const CommandName> commandTable() { return kCommands; }
+std::span<const CommandName> commandTable() {
+  return kCommands;
+}
 
 std::optional<int> commandNumber(std::string_view name) {
-  auto found = std::lower_bound(
-      kCommands.begin(), kCommands.end(), name,
-      [](const CommandName& entry, std::string_view key) {
-        return compareIgnoringCase(entry.name, key) < 0;
-      });
+  auto found = std::lower_bound(kCommands.begin(), kCommands.end(), name,
+                                [](const CommandName& entry, std::string_view key) {
+                                  return compareIgnoringCase(entry.name, key) < 0;
+                                });
   if (found == kCommands.end() || !equalsIgnoringCase(found->name, name)) return std::nullopt;
   return found->number;
 }
@@ -126,9 +126,36 @@ std::optional<std::string_view> commandName(int number) {
   return std::nullopt;
 }
 
-std::span<const MenuEntry> fileMenuHead() { return kFileHead; }
-std::span<const MenuEntry> fileMenuTail() { return kFileTail; }
-std::span<const MenuEntry> utilitiesMenu() { return kUtilities; }
-std::span<const MenuEntry> windowMenu() { return kWindow; }
+std::span<const MenuEntry> fileMenuHead() {
+  return kFileHead;
+}
+std::span<const MenuEntry> fileMenuTail() {
+  return kFileTail;
+}
+std::span<const MenuEntry> utilitiesMenu() {
+  return kUtilities;
+}
+std::span<const MenuEntry> windowMenu() {
+  return kWindow;
+}
+
+std::string dataMenuText(std::string_view name, std::string_view menuChar) {
+  std::string text;
+  bool marked = menuChar.empty();
+  for (char c : name) {
+    if (!marked && equalsIgnoringCase(std::string_view(&c, 1), menuChar.substr(0, 1))) {
+      text += '&';
+      marked = true;
+    }
+    text += c;
+    if (c == '&') text += '&';
+  }
+  if (!marked) {
+    text += " (&";
+    text += menuChar.front();
+    text += ')';
+  }
+  return text;
+}
 
 }  // namespace zv::ui

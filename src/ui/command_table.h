@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace zv::ui {
@@ -48,5 +49,9 @@ std::span<const MenuEntry> fileMenuTail();
 /// The Utilities and Window menus of a sheet.
 std::span<const MenuEntry> utilitiesMenu();
 std::span<const MenuEntry> windowMenu();
+
+/// The text of a Data menu entry: the list's or dialog's name with "&" doubled and a "&" before the
+/// first letter that matches `menuChar` (ignoring case), or " (&c)" behind it when none does.
+std::string dataMenuText(std::string_view name, std::string_view menuChar);
 
 }  // namespace zv::ui

@@ -16,16 +16,22 @@ FontStyle fontStyleOf(std::int16_t fontSize) {
   return style;
 }
 
-int fontPixelHeight(int points, int pixelsPerInchY) { return points * pixelsPerInchY / 72; }
+int fontPixelHeight(int points, int pixelsPerInchY) {
+  return points * pixelsPerInchY / 72;
+}
 
 Rgb rgbOf(std::uint32_t colour) {
   return {static_cast<int>(colour & 0xFF), static_cast<int>((colour >> 8) & 0xFF),
           static_cast<int>((colour >> 16) & 0xFF)};
 }
 
-bool isMultiLineEdit(int height, int charHeight) { return height >= 2 * charHeight + 8; }
+bool isMultiLineEdit(int height, int charHeight) {
+  return height >= 2 * charHeight + 8;
+}
 
-int listFieldHeight(int height, int charHeight) { return std::max(height, charHeight + 9); }
+int listFieldHeight(int height, int charHeight) {
+  return std::max(height, charHeight + 9);
+}
 
 ClientSize dialogClientSize(int width, int height) {
   if (width < 1) return {200, 100};

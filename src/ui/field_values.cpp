@@ -271,9 +271,9 @@ FieldOutcome setFieldValue(FileInfo& sheet, DlgItem& field, std::string_view tex
       std::optional<std::vector<ComboEntry>> entries = parseComboEntries(field.choices);
       int index = entries ? findComboLabel(*entries, text) : -1;
       if (index < 0) {
-        showTitled(Severity::Error, "Set Error",
-                   strprintf("Unable to set the value of combo box %s. to %s", field.varName,
-                             text));
+        showTitled(
+            Severity::Error, "Set Error",
+            strprintf("Unable to set the value of combo box %s. to %s", field.varName, text));
         return {};
       }
       if (!chooseComboEntry(sheet, field, index, context)) return {};
@@ -311,9 +311,9 @@ std::optional<std::vector<ComboEntry>> parseComboEntries(std::string_view choice
     if (labelEnd == std::string_view::npos) return std::nullopt;
     std::size_t valueEnd = choices.find(';', labelEnd + 1);
     if (valueEnd == std::string_view::npos) valueEnd = choices.size();
-    entries.push_back({std::string(choices.substr(i, labelEnd - i)),
-                       cut(choices.substr(labelEnd + 1, valueEnd - labelEnd - 1),
-                           kComboValueLimit)});
+    entries.push_back(
+        {std::string(choices.substr(i, labelEnd - i)),
+         cut(choices.substr(labelEnd + 1, valueEnd - labelEnd - 1), kComboValueLimit)});
     i = valueEnd + 1;
   }
   return entries;

@@ -16,9 +16,9 @@ namespace zv::ui {
 
 /// The three preferences that stand between a bad value and the sheet.
 struct FieldPreferences {
-  bool checkWhenAdding = true;         ///< "CheckReq"
-  bool disallowIfNotSatisfied = false; ///< "DisallowIfNotSatisfied"
-  bool noBadValueDialog = false;       ///< "NoBadValueDlg"
+  bool checkWhenAdding = true;          ///< "CheckReq"
+  bool disallowIfNotSatisfied = false;  ///< "DisallowIfNotSatisfied"
+  bool noBadValueDialog = false;        ///< "NoBadValueDlg"
 };
 
 /// The acceptance box, titled "Unacceptable Value", with the messages that the user accepted for
@@ -43,8 +43,8 @@ class AcceptanceMemory {
 struct FieldContext {
   FieldPreferences preferences;
   AcceptanceMemory* memory = nullptr;
-  std::function<void()> beep;      ///< the sound of a refused value when no box may show
-  const void* control = nullptr;   ///< identity of the control that raised the check
+  std::function<void()> beep;     ///< the sound of a refused value when no box may show
+  const void* control = nullptr;  ///< identity of the control that raised the check
 };
 
 /// The outcome of storing a value into a field.

@@ -48,7 +48,9 @@ bool ListRows::toggle(std::size_t row) {
 
 namespace {
 
-bool hasLevel(const Item& item) { return !item.level.empty() || item.levelSymbol != nullptr; }
+bool hasLevel(const Item& item) {
+  return !item.level.empty() || item.levelSymbol != nullptr;
+}
 
 std::string defaultEntry(const Item& item) {
   if (!item.altFormats.empty() && item.altFormats.front().name.empty())
@@ -95,8 +97,12 @@ std::string listHeaderText(const ListInfo& list, int altIndex) {
   return list.listHeader;
 }
 
-bool hasTotalLine(const ListInfo& list) { return list.listPrompt.str() != " "; }
+bool hasTotalLine(const ListInfo& list) {
+  return list.listPrompt.str() != " ";
+}
 
-std::string totalText(const ListInfo& list) { return formatFloat(list.total); }
+std::string totalText(const ListInfo& list) {
+  return formatFloat(list.total);
+}
 
 }  // namespace zv::ui
