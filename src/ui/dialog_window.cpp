@@ -193,7 +193,9 @@ QWidget* DialogWindow::createControl(DlgItem& item, int position) {
       break;
     }
     case kCombobox:
+      // The stored height includes the dropped-down list; the closed box is one line.
       control = createCombo(item);
+      if (control != nullptr) height = std::min<int>(height, control->sizeHint().height());
       break;
     case kList:
       if (item.listField) {

@@ -56,6 +56,10 @@ MainFrame::MainFrame(Settings& settings, AppSettings& appSettings, QWidget* pare
   setAcceptDrops(true);
 }
 
+MainFrame::~MainFrame() {
+  disconnect(mdiArea_, nullptr, this, nullptr);
+}
+
 void MainFrame::buildMenus() {
   fileMenu_ = menuBar()->addMenu(tr("&File"));
   fileMenu_->setObjectName("fileMenu");

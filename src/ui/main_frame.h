@@ -32,6 +32,8 @@ class MainFrame : public QMainWindow {
   /// The frame works on the program's settings store and on the settings read at start; both
   /// outlive it.
   MainFrame(Settings& settings, AppSettings& appSettings, QWidget* parent = nullptr);
+  /// Stops following the active window before the windows go.
+  ~MainFrame() override;
 
   /// Places the frame from "screenPos" kept on the available screen area and shows it, maximized
   /// when "maximized" says so.

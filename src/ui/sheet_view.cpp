@@ -43,9 +43,9 @@ SheetView::SheetView(std::unique_ptr<FileInfo> sheet, QMdiArea& area, FieldPrefe
 SheetView::~SheetView() {
   closing_ = true;
   // The windows go before the record they show.
-  std::vector<OpenWindow> open = windows_;
-  for (const OpenWindow& entry : open)
-    delete entry.window;
+  // A window that Qt hasn't deleted yet goes with its view, which its fields refer to.
+  for (const OpenWindow& entry : liveWindows())
+    delete entry.window.data();
   windows_.clear();
 }
 
@@ -60,8 +60,16 @@ void SheetView::show() {
   if (main != nullptr) area_.setActiveSubWindow(main);
 }
 
-QMdiSubWindow* SheetView::windowOf(SheetWindowKind kind, int index) const {
+std::vector<SheetView::OpenWindow> SheetView::liveWindows() const {
+  std::vector<OpenWindow> live;
   for (const OpenWindow& entry : windows_) {
+    if (!entry.window.isNull()) live.push_back(entry);
+  }
+  return live;
+}
+
+QMdiSubWindow* SheetView::windowOf(SheetWindowKind kind, int index) const {
+  for (const OpenWindow& entry : liveWindows()) {
     if (entry.kind == kind && entry.index == index) return entry.window;
   }
   return nullptr;
@@ -70,7 +78,7 @@ QMdiSubWindow* SheetView::windowOf(SheetWindowKind kind, int index) const {
 std::vector<QMdiSubWindow*> SheetView::windows() const {
   std::vector<QMdiSubWindow*> result;
   if (QMdiSubWindow* main = mainWindow()) result.push_back(main);
-  for (const OpenWindow& entry : windows_) {
+  for (const OpenWindow& entry : liveWindows()) {
     if (entry.window != mainWindow()) result.push_back(entry.window);
   }
   return result;
@@ -83,7 +91,7 @@ DialogWindow* SheetView::dialogWindow(int index) const {
 
 std::vector<ListPanel*> SheetView::listPanels() const {
   std::vector<ListPanel*> panels;
-  for (const OpenWindow& entry : windows_) {
+  for (const OpenWindow& entry : liveWindows()) {
     QWidget* widget = entry.window->widget();
     if (auto* panel = qobject_cast<ListPanel*>(widget)) panels.push_back(panel);
     if (auto* dialog = qobject_cast<DialogWindow*>(widget)) {
@@ -158,7 +166,7 @@ void SheetView::windowClosed(SheetWindowKind kind, int index) {
 
 void SheetView::refreshTitles() {
   std::string sheetName = sheet_->name.str();
-  for (const OpenWindow& entry : windows_) {
+  for (const OpenWindow& entry : liveWindows()) {
     auto at = static_cast<std::size_t>(entry.index);
     std::string title = sheetName;
     if (entry.kind == SheetWindowKind::List) {
@@ -171,14 +179,15 @@ void SheetView::refreshTitles() {
 }
 
 void SheetView::commitPendingEdit() {
-  for (const OpenWindow& entry : std::vector<OpenWindow>(windows_)) {
+  for (const OpenWindow& entry : liveWindows()) {
     if (auto* dialog = qobject_cast<DialogWindow*>(entry.window->widget()))
       dialog->commitPendingEdit();
   }
 }
 
 bool SheetView::hasPendingEdit() const {
-  return std::any_of(windows_.begin(), windows_.end(), [](const OpenWindow& entry) {
+  std::vector<OpenWindow> live = liveWindows();
+  return std::any_of(live.begin(), live.end(), [](const OpenWindow& entry) {
     auto* dialog = qobject_cast<DialogWindow*>(entry.window->widget());
     return dialog != nullptr && dialog->hasPendingEdit();
   });
@@ -187,7 +196,7 @@ bool SheetView::hasPendingEdit() const {
 void SheetView::recalculate() {
   commitPendingEdit();
   recalculateSheet(*sheet_);
-  for (const OpenWindow& entry : windows_) {
+  for (const OpenWindow& entry : liveWindows()) {
     if (auto* dialog = qobject_cast<DialogWindow*>(entry.window->widget())) dialog->refreshFields();
   }
   refreshAfterEdit();

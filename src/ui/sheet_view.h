@@ -6,6 +6,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QObject>
+#include <QPointer>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -93,9 +94,11 @@ class SheetView : public QObject {
   struct OpenWindow {
     SheetWindowKind kind;
     int index;
-    QMdiSubWindow* window;
+    QPointer<QMdiSubWindow> window;
   };
   std::vector<OpenWindow> windows_;
+  /// The entries whose window still exists.
+  std::vector<OpenWindow> liveWindows() const;
 };
 
 /// The sheet a window of the frame belongs to; null for other windows.
