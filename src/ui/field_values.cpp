@@ -42,7 +42,7 @@ void showUninterpretable(std::string_view text) {
   showTitled(Severity::Error, "Uninterpretable Value",
              strprintf("The value entered (%s) cannot be interpreted. Enter a number or valid "
                        "expression.\r\n\r\n(Cause: %s)",
-                       text, expressionErrorText()));
+                       std::string(text), expressionErrorText()));
 }
 
 // A message that begins with "$" is an expression in which x stands for the value; its result is
@@ -119,7 +119,8 @@ FieldOutcome storeEditVariable(FileInfo& sheet, DlgItem& field, std::string_view
   }
 
   if (field.symbol != nullptr) {
-    if (storeExpression(sheet, *field.symbol, text) != 0) {
+    // An empty field holds 0; its text stays empty.
+    if (storeExpression(sheet, *field.symbol, text.empty() ? std::string("0") : text) != 0) {
       showUninterpretable(text);
       restoreExpression(sheet, field);
       return refused(false);
@@ -271,9 +272,9 @@ FieldOutcome setFieldValue(FileInfo& sheet, DlgItem& field, std::string_view tex
       std::optional<std::vector<ComboEntry>> entries = parseComboEntries(field.choices);
       int index = entries ? findComboLabel(*entries, text) : -1;
       if (index < 0) {
-        showTitled(
-            Severity::Error, "Set Error",
-            strprintf("Unable to set the value of combo box %s. to %s", field.varName, text));
+        showTitled(Severity::Error, "Set Error",
+                   strprintf("Unable to set the value of combo box %s. to %s", field.varName,
+                             std::string(text)));
         return {};
       }
       if (!chooseComboEntry(sheet, field, index, context)) return {};
