@@ -18,7 +18,6 @@
 #include "rules/multipliers.h"
 #include "rules/option_value.h"
 #include "rules/preferences.h"
-#include "rules/tokens.h"
 
 namespace zv {
 
@@ -94,36 +93,6 @@ std::optional<BadValue> problemAfterChange(FileInfo& sheet, Item& item,
     return installedRequirements()(sheet, item);
   }
   return std::nullopt;
-}
-
-/// Zero or not, as a check reads a result: a real truncated to an integer.
-bool checkPasses(const Value& result) {
-  if (result.isFloat()) return std::trunc(result.real()) != 0.0;
-  return valueToInteger(result) != 0;
-}
-
-/// A check message that begins with "$" is an expression, evaluated with `value` standing for x.
-std::string expandMessage(FileInfo& sheet, const std::string& message, std::string_view value) {
-  if (!message.starts_with("$")) return message;
-  const std::string expression = replaceWord(std::string_view(message).substr(1), "x", value);
-  Value result;
-  if (parseExp(sheet.symbols.get(), expression, result) != 0) return message.substr(1);
-  return valueToText(result);
-}
-
-/// The dialog's own check after one of its fields changed; true when it passes or may stand.
-bool checkDialog(FileInfo& sheet, const DlgInfo& dialog) {
-  if (!rulePreferences().checkReq || dialog.checkExp.empty()) return true;
-  Value result;
-  if (parseExp(sheet.symbols.get(), dialog.checkExp, result) != 0) {
-    showError(strprintf("Error in check expression for dialog %s", dialog.checkExp.c_str()));
-    return false;
-  }
-  if (checkPasses(result)) return true;
-  const std::string message = dialog.checkMsg.empty()
-                                  ? std::string("The requirements are not met by this value")
-                                  : expandMessage(sheet, dialog.checkMsg, "0");
-  return passBadValue({std::string(kUnacceptableTitle), message});
 }
 
 }  // namespace
@@ -243,61 +212,16 @@ EditResult stepItemLevel(FileInfo& sheet, Item& item, int step) {
   return changeItemLevel(sheet, item, formatFloat(next, false));
 }
 
-EditResult changeDialogValue(FileInfo& sheet, DlgItem& field, std::string_view text) {
-  if (!checkFileInfo(&sheet) || field.symbol == nullptr || !sheet.symbols) {
-    return EditResult::Failed;
-  }
-  EditGuard guard(&field);
-  if (guard.busy()) return EditResult::Busy;
-  SymbolTable& table = *sheet.symbols;
-  const std::string value = text.empty() ? std::string("0") : std::string(text);
-  const DlgInfo* dialog = field.owner;
-  const std::string checkExp =
-      !field.checkExp.empty() || dialog == nullptr ? field.checkExp : dialog->defCheckExp;
-  const std::string checkMsg =
-      !field.checkMsg.empty() || dialog == nullptr ? field.checkMsg : dialog->defCheckMsg;
-  if (rulePreferences().checkReq && !checkExp.empty()) {
-    Value result;
-    if (parseExp(&table, replaceWord(checkExp, "x", value), result) != 0) {
-      showError(strprintf("Bad check expression in %s", field.varName.c_str()));
-      return EditResult::Failed;
-    }
-    if (!checkPasses(result)) {
-      const std::string message =
-          checkMsg.empty()
-              ? strprintf("The value entered (%s) is not in the acceptable range for %s.",
-                          std::string(text).c_str(), field.varName.c_str())
-              : expandMessage(sheet, checkMsg, value);
-      if (!passBadValue({std::string(kUnacceptableTitle), message})) return EditResult::Refused;
-    }
-  }
-  const std::string oldText = field.text;
+int setVariableExpression(FileInfo& sheet, Symbol& variable, std::string_view text) {
+  if (!checkFileInfo(&sheet) || !sheet.symbols) return -1;
   ChangeBatch batch(sheet);
-  if (setExpression(table, *field.symbol, value) != 0) {
-    const std::string cause = expressionErrorText();
-    setExpression(table, *field.symbol, oldText.empty() ? std::string("0") : oldText);
-    batch.finish();
-    showTitled(Severity::Error, "Uninterpretable Value",
-               strprintf("The value entered (%s) cannot be interpreted. Enter a number or valid "
-                         "expression.\r\n\r\n(Cause: %s)",
-                         std::string(text).c_str(), cause.c_str()));
-    return EditResult::Failed;
-  }
-  std::string newText(text);
-  if (field.forceConst()) {
-    const Value constant = field.symbol->value;
-    setValue(table, *field.symbol, constant);
-    newText = valueToText(constant).substr(0, 31);
-  }
-  batch.finish();
-  if (dialog != nullptr && !checkDialog(sheet, *dialog)) {
-    ChangeBatch undo(sheet);
-    setExpression(table, *field.symbol, oldText.empty() ? std::string("0") : oldText);
-    return EditResult::Refused;
-  }
-  field.text = newText;
-  setChanged(sheet, true, 7);
-  return EditResult::Changed;
+  return setExpression(*sheet.symbols, variable, text);
+}
+
+int setVariableValue(FileInfo& sheet, Symbol& variable, const Value& value) {
+  if (!checkFileInfo(&sheet) || !sheet.symbols) return -1;
+  ChangeBatch batch(sheet);
+  return setValue(*sheet.symbols, variable, value);
 }
 
 EditResult changeVariable(FileInfo& sheet, std::string_view name, std::string_view expression) {
@@ -305,17 +229,16 @@ EditResult changeVariable(FileInfo& sheet, std::string_view name, std::string_vi
   SymbolTable& table = *sheet.symbols;
   const std::string text = expression.empty() ? std::string("0") : std::string(expression);
   Symbol* symbol = table.find(name);
-  ChangeBatch batch(sheet);
   int status = 0;
   if (symbol != nullptr && !symbol->undefined() && !symbol->isVariable()) {
     setError(kExprRedefined, name);
     status = -1;
   } else if (symbol != nullptr && symbol->isVariable() && !symbol->undefined()) {
-    status = setExpression(table, *symbol, text);
+    status = setVariableExpression(sheet, *symbol, text);
   } else {
+    ChangeBatch batch(sheet);
     status = defineVariable(table, name, text) != nullptr ? 0 : -1;
   }
-  batch.finish();
   if (status != 0) {
     reportExpressionError(text);
     return EditResult::Failed;

@@ -1,8 +1,8 @@
 #pragma once
 // The one way to change a value of a sheet. The desktop program (a level typed in a list window,
-// Add 1, a dialog field), scripts and the command line all call these, so that every change
-// runs the same checks, the same propagation to dependants, sublists, list totals and dialog
-// fields, and ends by marking the sheet changed.
+// Add 1, a value stored by a dialog field), scripts and the command line all call these, so that
+// every change runs the same checks, the same propagation to dependants, sublists, list totals and
+// dialog fields, and ends by marking the sheet changed.
 //
 // A refused value passes the preferences of rules/preferences.h: with NoBadValueDlg it only
 // beeps; with DisallowIfNotSatisfied the box has OK only and the value is refused; otherwise
@@ -13,9 +13,9 @@
 #include <string>
 #include <string_view>
 
-#include "core/dialog.h"
 #include "core/fileinfo.h"
 #include "core/item.h"
+#include "core/value.h"
 
 namespace zv {
 
@@ -71,10 +71,15 @@ EditResult changeItemCost(FileInfo& sheet, Item& item, std::string_view costText
 /// A sublist steps its cost instead, as a typed cost.
 EditResult stepItemLevel(FileInfo& sheet, Item& item, int step);
 
-/// Changes the value of a dialog field's variable to `text`: with CheckReq the field's check
-/// (its own or the dialog's default, `x` standing for the text) and afterwards the dialog's
-/// check must pass; "forceconst" fields keep the value as a constant. The field's text follows.
-EditResult changeDialogValue(FileInfo& sheet, DlgItem& field, std::string_view text);
+/// A dialog variable's new expression (a field's typed value, a combo box choice, a script's
+/// assignment): evaluated and passed on to every dependent variable, item cost, sublist and list
+/// total as one batch of changes, and the views told. 0, or -1 with the error in the expression
+/// engine's record (nothing shown). The field's own checks, its acceptance box and marking the
+/// sheet changed belong to the dialog field code, which calls this to store the value.
+int setVariableExpression(FileInfo& sheet, Symbol& variable, std::string_view text);
+
+/// The same for a constant value (a checkbox, a force-constant field). 0 or -1.
+int setVariableValue(FileInfo& sheet, Symbol& variable, const Value& value);
 
 /// Sets a variable of the sheet by name to an expression, as scripts and the command line do,
 /// with propagation and without checks; a name not yet defined becomes a new variable. A name
