@@ -14,6 +14,7 @@
 #include "core/fixed_string.h"
 #include "core/item.h"
 #include "core/option.h"
+#include "core/option_tree.h"
 #include "core/record_limits.h"
 
 namespace zv {
@@ -59,7 +60,7 @@ struct GameSystem {
   std::vector<OpenDataSheet> dataSheets;              ///< in load order
   std::vector<std::unique_ptr<Category>> categories;  ///< in first-seen order
   std::vector<StringDef> strings;
-  std::vector<std::unique_ptr<Option>> options;  ///< the master option tree
+  OptionTree options;  ///< the master option tree: groups and options of every data sheet
   /// The definitions of the data sheets; the same table as master.symbols once created.
   std::shared_ptr<SymbolTable> symbols;
   /// Stands as the owner of the master items so that expression code treats them like sheet

@@ -167,7 +167,7 @@ bool DataSheetReader::readKeyword(const SheetToken& token) {
     case kStrings:
       return needGameSystem() && readStrings();
     case kOptions:
-      return needGameSystem() && readOptions(file_.options, 0);
+      return needGameSystem() && readOptions(file_.gameSystem->options, 0);
     default:
       return improper(token);
   }
@@ -321,14 +321,10 @@ bool DataSheetReader::readOptions(OptionTree& level, int depth) {
       if (!readOptions(group.entries, depth + 1)) return false;
       continue;
     }
-    if (!isOptionKind(token.id))
+    if (!token.is(kBegin) && !isOptionKind(token.id))
       return g.fail(strprintf("Bad option type: %s (line %d)", token.text, line()));
-    auto option = std::make_unique<Option>();
-    option->kind = token.id;
-    if (!g.readText(option->name)) return false;
-    if (optionKindCarriesExpression(option->kind) && !g.readText(option->auxExpression))
-      return false;
-    if (!g.readText(option->value)) return false;
+    std::unique_ptr<Option> option;
+    if (!g.readOptionEntry(token, option)) return false;
     OptionTreeEntry leaf;
     leaf.name = option->name;
     leaf.depth = depth;

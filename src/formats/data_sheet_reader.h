@@ -11,7 +11,7 @@
 
 #include "core/basic_records.h"
 #include "core/game_system.h"
-#include "formats/data_sheet_options.h"
+#include "core/option_tree.h"
 #include "formats/tokenstream.h"
 
 namespace zv {
@@ -36,7 +36,6 @@ struct DataSheetFile {
   std::string helpFile;
   std::vector<DefineRec> defines;  ///< read with the sheet's id as sourceId
   std::int32_t cdelay = -1;        ///< `cdelay` from the file; -1 when absent
-  OptionTree options;              ///< the `options` block, groups merged by name
 };
 
 struct DataSheetReadOptions {
