@@ -2,6 +2,7 @@
 
 #include "core/messages.h"
 #include "core/paths.h"
+#include "formats/data_sheet_loader.h"
 #include "formats/dispatch.h"
 #include "formats/expr_sheet_symbols.h"
 #include "formats/file_recognition.h"
@@ -39,11 +40,16 @@ std::unique_ptr<FileInfo> openSheet(const std::string& path) {
   sheet->path = path;
   SheetReadOptions options;
   options.symbols = &exprSheetSymbols();
-  options.loadData = false;
   options.settle = settleSheetLevels;
   options.applyOptions = applyItemOptions;
+  enableDataSheetLoading(options);
   if (!readCharsheet(*sheet, input, options)) return nullptr;
   return sheet;
+}
+
+bool isDataSheetFile(const std::string& path) {
+  const int code = recogniseFile(path).code;
+  return code == kFileDataSheet || code == kFileMacroDataSheet;
 }
 
 }  // namespace zv::cli

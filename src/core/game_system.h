@@ -44,9 +44,16 @@ struct Category {
   std::int16_t sort = 0;  ///< keyword `sort`: the sort mode of the items
   ItemChain items;
   std::vector<AltFormat> altFormats;
+  /// The lookup index: every master item of the category, members of sublists too, sorted by
+  /// name ignoring case (load order among equal names). Rebuilt when a load or unload ends.
+  std::vector<Item*> index;
 
   /// Appends a master item (no owner, no list) at the next position.
   Item& appendItem(std::unique_ptr<Item> item);
+  /// Fills the lookup index from the items as they stand.
+  void rebuildIndex();
+  /// The first master item of that name (ignoring case) through the index; null if there is none.
+  Item* findItem(std::string_view itemName) const;
 };
 
 struct GameSystem {

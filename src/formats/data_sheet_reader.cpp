@@ -10,6 +10,7 @@
 #include "core/record_limits.h"
 #include "core/strfmt.h"
 #include "core/text.h"
+#include "formats/data_sheet_charsheet.h"
 #include "formats/data_sheet_sort.h"
 #include "formats/level_warnings.h"
 #include "formats/macro_context.h"
@@ -43,12 +44,19 @@ class CategorySink : public ItemSink {
 
 class DataSheetReader {
  public:
-  DataSheetReader(TokenStream& input, DataSheetFile& file, const DataSheetReadOptions& options)
-      : in_(input), file_(file), options_(options), grammar_(input, scratch_, sheetOptions_) {}
+  DataSheetReader(ByteStream& bytes, TokenStream& input, DataSheetFile& file,
+                  const DataSheetReadOptions& options)
+      : bytes_(bytes),
+        in_(input),
+        file_(file),
+        options_(options),
+        grammar_(input, scratch_, sheetOptions_) {}
 
   bool read();
 
  private:
+  bool finish();
+  void startLongBlock();
   bool readKeyword(const SheetToken& token);
   bool readPageInfo();
   bool readCategory();
@@ -59,12 +67,14 @@ class DataSheetReader {
   bool improper(const SheetToken& token);
   static int line() { return tokenLineState().lineNumber; }
 
+  ByteStream& bytes_;
   TokenStream& in_;
   DataSheetFile& file_;
   const DataSheetReadOptions& options_;
   FileInfo scratch_;
   SheetReadOptions sheetOptions_;
   SheetGrammar grammar_;
+  bool progressShown_ = false;
 };
 
 bool DataSheetReader::improper(const SheetToken& token) {
@@ -78,11 +88,16 @@ bool DataSheetReader::read() {
     showTitled(Severity::Error, "Empty File", strprintf("The data sheet %s is empty.", file_.name));
     return false;
   }
-  if (first != kDataSheetFirstWord && first != kMacroDataSheetFirstWord) {
+  const bool charsheet = first == kCharsheetFirstWord;
+  if (first != kDataSheetFirstWord && first != kMacroDataSheetFirstWord && !charsheet) {
     showError(strprintf("File %s is not a data sheet file.", file_.name));
     return false;
   }
   file_.id = nextDataSheetId();
+  if (charsheet) {
+    if (!readCharsheetAsDataSheet(bytes_, file_, options_)) return false;
+    return finish();
+  }
   sheetOptions_.sourceId = file_.id;
   sheetOptions_.loadData = false;
   scratch_.fileType = 6;
@@ -93,6 +108,7 @@ bool DataSheetReader::read() {
     if (token.atEnd()) return grammar_.fail("End missing");
     if (token.is(kEnd)) break;
     if (token.isWord()) return improper(token);
+    if (progressShown_ && options_.pump) options_.pump();
     if (!readKeyword(token)) {
       if (grammar_.reported()) return false;
       return grammar_.fail(strprintf("Read error on data sheet %s", file_.name));
@@ -100,15 +116,30 @@ bool DataSheetReader::read() {
   }
   if (file_.gameSystem == nullptr)
     return grammar_.fail(strprintf("Game system not specified for data sheet file %s", file_.name));
-  sortDataSheetItems(*file_.gameSystem, options_.buildIndex);
+  return finish();
+}
+
+bool DataSheetReader::finish() {
+  GameSystem& system = *file_.gameSystem;
+  sortDataSheetItems(system, options_.buildIndex);
+  if (options_.buildIndex) {
+    for (auto& category : system.categories)
+      category->rebuildIndex();
+  }
   OpenDataSheet record;
   record.id = file_.id;
   record.name = file_.name;
   record.helpFile = file_.helpFile;
   record.level = file_.level;
-  file_.gameSystem->dataSheets.push_back(std::move(record));
+  system.dataSheets.push_back(std::move(record));
   checkLevel();
   return true;
+}
+
+void DataSheetReader::startLongBlock() {
+  if (progressShown_) return;
+  progressShown_ = true;
+  if (options_.onLongBlock) options_.onLongBlock(file_);
 }
 
 bool DataSheetReader::needGameSystem() {
@@ -163,11 +194,17 @@ bool DataSheetReader::readKeyword(const SheetToken& token) {
     case kDefine:
       return needGameSystem() && g.readDefineBlock(file_.defines);
     case kCat:
-      return needGameSystem() && readCategory();
+      if (!needGameSystem()) return false;
+      startLongBlock();
+      return readCategory();
     case kStrings:
-      return needGameSystem() && readStrings();
+      if (!needGameSystem()) return false;
+      startLongBlock();
+      return readStrings();
     case kOptions:
-      return needGameSystem() && readOptions(file_.gameSystem->options, 0);
+      if (!needGameSystem()) return false;
+      startLongBlock();
+      return readOptions(file_.gameSystem->options, 0);
     default:
       return improper(token);
   }
@@ -366,7 +403,7 @@ bool readDataSheet(ByteStream& input, DataSheetFile& file, const DataSheetReadOp
         file.path, [&stream] { return stream.readByte(); }, options.dataDir);
     stream.setCharSource(&macroContext());
   }
-  DataSheetReader reader(stream, file, options);
+  DataSheetReader reader(input, stream, file, options);
   const bool ok = reader.read();
   stream.setCharSource(nullptr);
   macroContext().macroClear();

@@ -46,11 +46,19 @@ struct DataSheetReadOptions {
   /// The master data's lookup index is wanted: duplicates of lower priority are removed when
   /// the categories are sorted at the end. Off for a data sheet read as a document.
   bool buildIndex = true;
+  /// Called once, at the first block that takes time (`cat`, `options`, `strings`), when the
+  /// title and copyright have been read: the loader shows its progress there.
+  std::function<void(const DataSheetFile&)> onLongBlock;
+  /// Called at each top-level keyword once the progress shows: the loader pumps messages there.
+  std::function<void()> pump;
 };
 
 /// Reads the data sheet from `input` (positioned at its first byte) into `file`, whose name and
-/// path the caller has set. The categories, strings and an OpenDataSheet record go into the game
-/// system. On failure the reason has been shown and false is returned.
+/// path the caller has set. The categories, options, strings and an OpenDataSheet record go into
+/// the game system. A character sheet file stands in as a data sheet: its lists feed the
+/// categories they name (`input` must then be able to rewind). On failure the reason has been
+/// shown and false is returned; what the file had put into the game system is still there, under
+/// file.id, for the caller to remove.
 bool readDataSheet(ByteStream& input, DataSheetFile& file,
                    const DataSheetReadOptions& options = {});
 
