@@ -34,9 +34,10 @@ void Category::rebuildIndex() {
 }
 
 Item* Category::findItem(std::string_view itemName) const {
-  auto found = std::lower_bound(
-      index.begin(), index.end(), itemName,
-      [](const Item* item, std::string_view name) { return compareIgnoringCase(item->name, name) < 0; });
+  auto found = std::lower_bound(index.begin(), index.end(), itemName,
+                                [](const Item* item, std::string_view name) {
+                                  return compareIgnoringCase(item->name, name) < 0;
+                                });
   if (found == index.end() || !equalsIgnoringCase((*found)->name, itemName)) return nullptr;
   return *found;
 }

@@ -29,7 +29,9 @@ bool HeadlessHost::loadAnswers(const std::filesystem::path& file) {
   return true;
 }
 
-void HeadlessHost::addAnswer(std::string answer) { answers_.push_back(std::move(answer)); }
+void HeadlessHost::addAnswer(std::string answer) {
+  answers_.push_back(std::move(answer));
+}
 
 std::optional<std::string> HeadlessHost::nextAnswer() {
   if (answers_.empty()) return std::nullopt;
@@ -124,7 +126,9 @@ std::vector<std::string> HeadlessHost::chooseFiles(const FileRequest& request) {
 
 void HeadlessHost::progressBegin(std::string_view, std::string_view, int) {}
 
-bool HeadlessHost::progressStep(int) { return !interruptRequested(); }
+bool HeadlessHost::progressStep(int) {
+  return !interruptRequested();
+}
 
 void HeadlessHost::progressEnd() {}
 
@@ -185,6 +189,8 @@ ProcessResult HeadlessHost::runProcess(const std::string& commandLine, int timeo
   }
 }
 
-bool HeadlessHost::openWithSystem(const std::string&) { return false; }
+bool HeadlessHost::openWithSystem(const std::string&) {
+  return false;
+}
 
 }  // namespace zv

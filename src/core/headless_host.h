@@ -15,7 +15,7 @@
 namespace zv {
 
 class HeadlessHost : public Host {
-public:
+ public:
   /// `out` receives one line per box; nullptr keeps them only in the transcript.
   explicit HeadlessHost(std::FILE* out = stderr);
 
@@ -62,7 +62,7 @@ public:
   /// The one-line form of a box: "[Title] text" with line breaks shown as \n.
   static std::string lineFor(std::string_view title, std::string_view text);
 
-private:
+ private:
   std::optional<std::string> nextAnswer();
   void emitLine(std::string line);
 

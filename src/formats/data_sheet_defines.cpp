@@ -42,7 +42,8 @@ void addDataSheetDefinitions(GameSystem& system, std::vector<DefineRec> definiti
   if (definitions.empty()) return;
   for (DefineRec& define : definitions) {
     define.symbol = nullptr;
-    if (!keyDefinedBy(system.defines, define.name)) define.symbol = defineInGameSystem(system, define);
+    if (!keyDefinedBy(system.defines, define.name))
+      define.symbol = defineInGameSystem(system, define);
   }
   system.symbols = system.master.symbols;
   for (FileInfo* sheet : openSheets()) {

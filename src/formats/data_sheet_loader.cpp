@@ -253,8 +253,7 @@ int loadDefaultDataSheets(const Settings& settings) {
   int loaded = 0;
   for (const std::string& name : defaultDataSheetNames(settings)) {
     const std::string shortName = dataSheetShortName(name);
-    if (loadDataSheet(findDataFile(dataSheetEnvironment().dataDir, shortName), shortName))
-      ++loaded;
+    if (loadDataSheet(findDataFile(dataSheetEnvironment().dataDir, shortName), shortName)) ++loaded;
   }
   return loaded;
 }
