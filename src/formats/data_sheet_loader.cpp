@@ -140,7 +140,7 @@ std::string dataSheetShortName(std::string_view name) {
 
 OpenDataSheet* findLoadedDataSheet(std::string_view name, GameSystem** gameSystem) {
   if (name.empty()) {
-    showError(strprintf("%s is a bad data sheet name", name));
+    showError(strprintf("%s is a bad data sheet name", std::string(name)));
     return nullptr;
   }
   const std::string shortName = dataSheetShortName(name);
@@ -166,7 +166,7 @@ bool loadDataSheet(const std::filesystem::path& fullPath, std::string_view short
 bool ensureDataSheet(FileInfo* fileInfo, std::string_view name, bool addToFileInfo) {
   const std::string shortName = dataSheetShortName(name);
   if (shortName.empty()) {
-    showError(strprintf("'%s' is a bad data sheet name", name));
+    showError(strprintf("'%s' is a bad data sheet name", std::string(name)));
     return false;
   }
   if (fileInfo != nullptr && equalsIgnoringCase(shortName, fileInfo->name.str())) return true;
