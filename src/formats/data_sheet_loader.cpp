@@ -3,6 +3,7 @@
 
 #include "formats/data_sheet_loader.h"
 
+#include <algorithm>
 #include <chrono>
 #include <fstream>
 #include <iterator>
@@ -110,7 +111,13 @@ bool loadFile(const std::filesystem::path& fullPath, const std::string& shortNam
     }
   }
   if (!ok) {
-    if (file.gameSystem != nullptr) removeDataSheetTraces(*file.gameSystem, file.id);
+    if (file.gameSystem != nullptr) {
+      removeDataSheetTraces(*file.gameSystem, file.id);
+      std::erase_if(file.gameSystem->strings, [&file](const StringDef& def) {
+        return std::find(file.stringsAdded.begin(), file.stringsAdded.end(), def.name) !=
+               file.stringsAdded.end();
+      });
+    }
     return false;
   }
   GameSystem& system = *file.gameSystem;

@@ -337,6 +337,7 @@ bool DataSheetReader::readStrings() {
     auto found = std::find_if(strings.begin(), strings.end(),
                               [&](const StringDef& def) { return def.name == token.text; });
     if (found == strings.end()) {
+      file_.stringsAdded.push_back(token.text);
       strings.push_back({token.text, value});
     } else if (found->value != value) {
       showError(strprintf("String def %s inconsistent in file %s", token.text, file_.name));

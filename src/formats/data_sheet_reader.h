@@ -36,6 +36,8 @@ struct DataSheetFile {
   std::string helpFile;
   std::vector<DefineRec> defines;  ///< read with the sheet's id as sourceId
   std::int32_t cdelay = -1;        ///< `cdelay` from the file; -1 when absent
+  /// Names of the strings this file added to its game system (a failed load takes them away).
+  std::vector<std::string> stringsAdded;
 };
 
 struct DataSheetReadOptions {

@@ -199,7 +199,7 @@ TEST_F(DataSheetLoaderTest, AFailedLoadIsUndoneByItsId) {
     const char* message;
   };
   const Case cases[] = {
-      {"cat Tools item Lathe end\noptions list Finishes add Raw 1 end end\nbogus end",
+      {"cat Tools item Lathe end\nstrings Grit fine end\nbogus end",
        "[Error] Improper data sheet format: broken.cds (line 4, token: bogus)"},
       {"cat Tools item Lathe end version 254 end",
        "[Error] This datasheet (version 254) cannot be read by this version of the application "
@@ -216,6 +216,7 @@ TEST_F(DataSheetLoaderTest, AFailedLoadIsUndoneByItsId) {
     EXPECT_EQ(tarnwick().dataSheets.size(), 1u);
     EXPECT_EQ(names(tools().items), "Chisel Kits[Rasp]");
     EXPECT_EQ(optionNames(tarnwick().options), "Finishes[Limed]");
+    EXPECT_TRUE(tarnwick().strings.empty());
   }
   host.clearTranscript();
   EXPECT_FALSE(loadDataSheet(dir / "absent.cds", "absent.cds"));
