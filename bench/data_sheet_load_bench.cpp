@@ -6,6 +6,7 @@
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -22,16 +23,37 @@ namespace {
 
 using namespace zv;
 
+/// The directory of the generated files: ZV_SYNTHETIC_DIR when it is set (the files stay there,
+/// e.g. for measuring one load with zarvelin-cli load-data), else a temporary directory removed
+/// when the program ends.
+struct GeneratedDir {
+  std::filesystem::path path;
+  bool keep = false;
+  ~GeneratedDir() {
+    std::error_code ignored;
+    if (!path.empty() && !keep) std::filesystem::remove_all(path, ignored);
+  }
+};
+
 const std::filesystem::path& dataDir() {
-  static const std::filesystem::path dir = [] {
-    std::filesystem::path path =
-        std::filesystem::temp_directory_path() / ("zv-bench-synthia-" + std::to_string(::getpid()));
-    HeadlessHost quiet(nullptr);
-    HostInstallation installed(quiet);
-    if (!bench::writeSyntheticGameSystem(path)) path.clear();
-    return path;
-  }();
-  return dir;
+  static const char* const wanted = std::getenv("ZV_SYNTHETIC_DIR");
+  static const GeneratedDir generated{
+      [] {
+        std::filesystem::path path = wanted != nullptr && *wanted != '\0'
+                                         ? std::filesystem::path(wanted)
+                                         : std::filesystem::temp_directory_path() /
+                                               ("zv-bench-synthia-" + std::to_string(::getpid()));
+        HeadlessHost quiet(nullptr);
+        HostInstallation installed(quiet);
+        if (!bench::writeSyntheticGameSystem(path)) {
+          std::error_code ignored;
+          std::filesystem::remove_all(path, ignored);
+          path.clear();
+        }
+        return path;
+      }(),
+      wanted != nullptr && *wanted != '\0'};
+  return generated.path;
 }
 
 std::string readWhole(const std::filesystem::path& path) {
@@ -165,8 +187,7 @@ void runScan(benchmark::State& state, const std::string& name) {
     in.openStream();
     MacroContextScope scope;
     if (!in.binary()) {
-      macroContext().macroStart(
-          dataDir() / name, [&in] { return in.readByte(); }, dataDir());
+      macroContext().macroStartText(dataDir() / name, input.data(), dataDir());
       in.setCharSource(&macroContext());
     } else {
       in.setRealSize(8);

@@ -88,11 +88,6 @@ int runDump(Context& context, const std::vector<std::string>& args) {
   json.integer(sheet->fileType);
   json.key("level");
   json.integer(sheet->level);
-  json.key("dataFiles");
-  json.beginArray();
-  for (const std::string& name : sheet->dataFiles)
-    json.string(name);
-  json.endArray();
   json.key("lists");
   json.beginArray();
   for (ListInfo* list : sheet->allLists()) {
@@ -117,6 +112,11 @@ int runDump(Context& context, const std::vector<std::string>& args) {
     }
   }
   json.endObject();
+  json.key("dataFiles");
+  json.beginArray();
+  for (const std::string& name : sheet->dataFiles)
+    json.string(name);
+  json.endArray();
   json.endObject();
   std::cout << json.text() << '\n';
   return 0;

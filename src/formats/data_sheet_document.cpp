@@ -20,7 +20,6 @@ bool readDataSheetContents(const std::filesystem::path& path, DataSheetContents&
     showError(strprintf("Cannot open data sheet '%s'.", contents.file.name));
     return false;
   }
-  MemoryByteStream input(std::move(bytes));
   DataSheetReadOptions options;
   options.dataDir = dataDir;
   options.buildIndex = false;
@@ -28,7 +27,7 @@ bool readDataSheetContents(const std::filesystem::path& path, DataSheetContents&
     if (!contents.system) contents.system = std::make_unique<GameSystem>(name);
     return *contents.system;
   };
-  return readDataSheet(input, contents.file, options);
+  return readDataSheet(std::move(bytes), contents.file, options);
 }
 
 }  // namespace zv

@@ -86,7 +86,6 @@ bool loadFile(const std::filesystem::path& fullPath, const std::string& shortNam
     showError(strprintf("Cannot open data sheet '%s'.", shortName));
     return false;
   }
-  MemoryByteStream input(std::move(bytes));
   DataSheetFile file;
   file.name = shortName;
   file.path = fullPath;
@@ -101,7 +100,7 @@ bool loadFile(const std::filesystem::path& fullPath, const std::string& shortNam
       if (outermost && dataSheetEnvironment().pumpMessages) host().pump();
     };
     const auto start = std::chrono::steady_clock::now();
-    ok = readDataSheet(input, file, options);
+    ok = readDataSheet(std::move(bytes), file, options);
     if (ok) {
       const long delay = copyrightDelayFor(*file.gameSystem, file);
       const auto elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(

@@ -391,7 +391,12 @@ void DataSheetReader::checkLevel() {
 
 }  // namespace
 
-bool readDataSheet(ByteStream& input, DataSheetFile& file, const DataSheetReadOptions& options) {
+namespace {
+
+/// The read over `input`; `wholeFile` is the same bytes when they are in memory, so that the
+/// macro processor reads them without a call per character.
+bool readFrom(ByteStream& input, std::string_view wholeFile, DataSheetFile& file,
+              const DataSheetReadOptions& options) {
   TokenStream stream;
   stream.setStream(&input);
   stream.setName(file.name);
@@ -400,8 +405,12 @@ bool readDataSheet(ByteStream& input, DataSheetFile& file, const DataSheetReadOp
   MacroContextScope scope;
   if (!stream.binary()) {
     tokenLineState() = TokenLineState{1, true};
-    macroContext().macroStart(
-        file.path, [&stream] { return stream.readByte(); }, options.dataDir);
+    if (wholeFile.empty()) {
+      macroContext().macroStart(
+          file.path, [&stream] { return stream.readByte(); }, options.dataDir);
+    } else {
+      macroContext().macroStartText(file.path, wholeFile, options.dataDir);
+    }
     stream.setCharSource(&macroContext());
   }
   DataSheetReader reader(input, stream, file, options);
@@ -409,6 +418,17 @@ bool readDataSheet(ByteStream& input, DataSheetFile& file, const DataSheetReadOp
   stream.setCharSource(nullptr);
   macroContext().macroClear();
   return ok;
+}
+
+}  // namespace
+
+bool readDataSheet(ByteStream& input, DataSheetFile& file, const DataSheetReadOptions& options) {
+  return readFrom(input, {}, file, options);
+}
+
+bool readDataSheet(std::string bytes, DataSheetFile& file, const DataSheetReadOptions& options) {
+  MemoryByteStream input(std::move(bytes));
+  return readFrom(input, input.data(), file, options);
 }
 
 }  // namespace zv

@@ -63,5 +63,8 @@ struct DataSheetReadOptions {
 /// file.id, for the caller to remove.
 bool readDataSheet(ByteStream& input, DataSheetFile& file,
                    const DataSheetReadOptions& options = {});
+/// The same over the whole file in memory (the faster way for a text data sheet).
+bool readDataSheet(std::string bytes, DataSheetFile& file,
+                   const DataSheetReadOptions& options = {});
 
 }  // namespace zv
