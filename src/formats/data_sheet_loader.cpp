@@ -150,7 +150,9 @@ OpenDataSheet* findLoadedDataSheet(std::string_view name, GameSystem** gameSyste
     return nullptr;
   }
   const std::string shortName = dataSheetShortName(name);
-  for (GameSystem* system : gameSystems()) {
+  std::vector<GameSystem*> systems = gameSystems();
+  systems.push_back(&builtinGameSystem());  // data sheets that name no game system
+  for (GameSystem* system : systems) {
     for (OpenDataSheet& sheet : system->dataSheets) {
       if (!equalsIgnoringCase(sheet.name, shortName)) continue;
       if (gameSystem != nullptr) *gameSystem = system;
