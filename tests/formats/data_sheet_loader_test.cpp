@@ -19,6 +19,7 @@
 #include "formats/keywords.h"
 #include "formats/macro_context.h"
 #include "formats/sheet_reader.h"
+#include "formats/sheet_writer.h"
 
 namespace zv::testing {
 namespace {
@@ -253,6 +254,10 @@ TEST_F(DataSheetLoaderTest, OpeningASheetLoadsItsDataSheetsAndItsOwnDefinitionWi
   for (const DefineRec& define : sheet->defines)
     defines.push_back(define.name + "/" + std::to_string(define.sourceId != 0));
   EXPECT_EQ(defines, (std::vector<std::string>{"Grain/0", "Sap/1", "Edge(n)/1"}));
+  MemoryByteStream saved;
+  ASSERT_EQ(writeCharsheet(*sheet, saved), kWriteOk);
+  EXPECT_NE(saved.data().find("datafile brindle.cds lostbook.cds LOSTBOOK.cds"), std::string::npos)
+      << saved.data();
 
   // A data sheet loaded while the sheet is open offers its definitions to it.
   dir.write("knots.cds", std::string(kHead) + "define var Knots 7 var Grain 99 end end");
