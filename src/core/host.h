@@ -22,7 +22,8 @@ enum class ButtonSet { Ok, OkCancel, YesNo, YesNoCancel, RetryCancel, AbortRetry
 /// The buttons of a set, in the order they are shown.
 std::vector<Button> buttonsOf(ButtonSet set);
 std::string_view buttonName(Button button);
-/// The button named by `name` ignoring case ("Yes", "cancel", "OK"); None if there is no such button.
+/// The button named by `name` ignoring case ("Yes", "cancel", "OK"); None if there is no such
+/// button.
 Button buttonFromName(std::string_view name);
 
 struct Question {
@@ -74,7 +75,7 @@ struct PixelsPerInch {
 };
 
 class Host {
-public:
+ public:
   virtual ~Host() = default;
 
   /// A modal box with an OK button.
@@ -101,6 +102,9 @@ public:
 
   virtual LocalTime now() = 0;
   virtual void sleepMs(int milliseconds) = 0;
+  /// Waits up to `milliseconds` while the user interface handles events; a key press or a mouse
+  /// button ends the wait early, and then the result is true (the copyright delay of a load).
+  virtual bool waitForInput(int milliseconds) = 0;
   virtual PixelsPerInch screenPixelsPerInch() = 0;
   virtual ProcessResult runProcess(const std::string& commandLine, int timeoutMs) = 0;
   /// Hands a file to the program the system associates with its type.
@@ -113,13 +117,13 @@ Host& host();
 
 /// Installs a host for the lifetime of this object and puts back the previous one afterwards.
 class HostInstallation {
-public:
+ public:
   explicit HostInstallation(Host& installed);
   ~HostInstallation();
   HostInstallation(const HostInstallation&) = delete;
   HostInstallation& operator=(const HostInstallation&) = delete;
 
-private:
+ private:
   Host* previous_;
 };
 
