@@ -4,6 +4,7 @@
 #include "cli/commands.h"
 #include "core/messages.h"
 #include "core/numbers.h"
+#include "formats/data_sheet_loader.h"
 #include "rules/preferences.h"
 
 namespace zv::cli {
@@ -30,6 +31,9 @@ Context::Context(const GlobalOptions& options)
   setRulePreferences(rulePreferencesFrom(appSettings_));
   dataDir_ = options.dataDir.empty() ? appSettings_.sourceDirectory
                                      : std::filesystem::path(options.dataDir);
+  DataSheetEnvironment& dataSheets = dataSheetEnvironment();
+  dataSheets.dataDir = dataDir_;
+  dataSheets.copyrightDelay = appSettings_.copyrightDelay;
 }
 
 int usageError(const std::string& message) {

@@ -29,7 +29,9 @@ bool HeadlessHost::loadAnswers(const std::filesystem::path& file) {
   return true;
 }
 
-void HeadlessHost::addAnswer(std::string answer) { answers_.push_back(std::move(answer)); }
+void HeadlessHost::addAnswer(std::string answer) {
+  answers_.push_back(std::move(answer));
+}
 
 std::optional<std::string> HeadlessHost::nextAnswer() {
   if (answers_.empty()) return std::nullopt;
@@ -124,7 +126,9 @@ std::vector<std::string> HeadlessHost::chooseFiles(const FileRequest& request) {
 
 void HeadlessHost::progressBegin(std::string_view, std::string_view, int) {}
 
-bool HeadlessHost::progressStep(int) { return !interruptRequested(); }
+bool HeadlessHost::progressStep(int) {
+  return !interruptRequested();
+}
 
 void HeadlessHost::progressEnd() {}
 
@@ -155,6 +159,13 @@ void HeadlessHost::sleepMs(int milliseconds) {
   if (realSleep_) std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
+bool HeadlessHost::waitForInput(int milliseconds) {
+  if (milliseconds <= 0) return false;
+  waitedForInputMs_ += milliseconds;
+  if (realSleep_) std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+  return false;
+}
+
 ProcessResult HeadlessHost::runProcess(const std::string& commandLine, int timeoutMs) {
   ProcessResult result;
   pid_t pid = 0;
@@ -178,6 +189,8 @@ ProcessResult HeadlessHost::runProcess(const std::string& commandLine, int timeo
   }
 }
 
-bool HeadlessHost::openWithSystem(const std::string&) { return false; }
+bool HeadlessHost::openWithSystem(const std::string&) {
+  return false;
+}
 
 }  // namespace zv

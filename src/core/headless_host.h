@@ -15,7 +15,7 @@
 namespace zv {
 
 class HeadlessHost : public Host {
-public:
+ public:
   /// `out` receives one line per box; nullptr keeps them only in the transcript.
   explicit HeadlessHost(std::FILE* out = stderr);
 
@@ -35,6 +35,8 @@ public:
   void clearTranscript() { transcript_.clear(); }
   /// Milliseconds that sleepMs was asked to wait in all.
   long sleptMs() const { return sleptMs_; }
+  /// Milliseconds that waitForInput was asked to wait in all.
+  long waitedForInputMs() const { return waitedForInputMs_; }
 
   void message(Severity severity, std::string_view title, std::string_view text) override;
   Button ask(const Question& question) override;
@@ -50,6 +52,8 @@ public:
   void setBusy(bool) override {}
   LocalTime now() override;
   void sleepMs(int milliseconds) override;
+  /// Nobody presses a key here: waits like sleepMs (really only with setRealSleep).
+  bool waitForInput(int milliseconds) override;
   PixelsPerInch screenPixelsPerInch() override { return ppi_; }
   ProcessResult runProcess(const std::string& commandLine, int timeoutMs) override;
   bool openWithSystem(const std::string& path) override;
@@ -58,7 +62,7 @@ public:
   /// The one-line form of a box: "[Title] text" with line breaks shown as \n.
   static std::string lineFor(std::string_view title, std::string_view text);
 
-private:
+ private:
   std::optional<std::string> nextAnswer();
   void emitLine(std::string line);
 
@@ -69,6 +73,7 @@ private:
   PixelsPerInch ppi_;
   bool realSleep_ = false;
   long sleptMs_ = 0;
+  long waitedForInputMs_ = 0;
   long interruptAfter_ = -1;
   long polls_ = 0;
 };
