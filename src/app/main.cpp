@@ -18,6 +18,7 @@
 #include "core/numbers.h"
 #include "core/settings.h"
 #include "formats/data_sheet_loader.h"
+#include "rules/preferences.h"
 #include "ui/main_frame.h"
 #include "ui/qt_host.h"
 #include "ui/text_codec.h"
@@ -59,6 +60,7 @@ int main(int argc, char** argv) {
   zv::Settings settings = zv::Settings::forProgram(programDir);
   zv::AppSettings appSettings = zv::AppSettings::load(settings, programDir);
   zv::setUseFractions(appSettings.useFractions);
+  zv::setRulePreferences(zv::rulePreferencesFrom(appSettings));
 
   QApplication app(argc, argv);
   QApplication::setApplicationName("Zarvelin");

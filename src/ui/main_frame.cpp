@@ -54,10 +54,26 @@ MainFrame::MainFrame(Settings& settings, AppSettings& appSettings, QWidget* pare
   buildMenus();
   statusBar()->setVisible(appSettings_.showStatusBar);
   setAcceptDrops(true);
+  installEngineHooks();
 }
 
 MainFrame::~MainFrame() {
+  installSheetViewHooks(previousHooks_);
   disconnect(mdiArea_, nullptr, this, nullptr);
+}
+
+void MainFrame::installEngineHooks() {
+  // The engine tells which sheet or list changed; the frame finds the windows that show it.
+  SheetViewHooks hooks;
+  hooks.sheetChanged = [this](FileInfo& sheet) {
+    for (SheetView* view : sheets())
+      if (&view->sheet() == &sheet) view->refreshAfterEdit();
+  };
+  hooks.listChanged = [this](ListInfo& list) {
+    for (SheetView* view : sheets())
+      if (&view->sheet() == list.owner) view->refreshAfterEdit();
+  };
+  previousHooks_ = installSheetViewHooks(std::move(hooks));
 }
 
 void MainFrame::buildMenus() {

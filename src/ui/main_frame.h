@@ -14,6 +14,7 @@
 #include "core/recent_files.h"
 #include "core/settings.h"
 #include "formats/sheet_document.h"
+#include "rules/sheet_view.h"
 #include "ui/command_table.h"
 #include "ui/sheet_view.h"
 
@@ -79,6 +80,10 @@ class MainFrame : public QMainWindow {
   void dropEvent(QDropEvent* event) override;
 
  private:
+  /// Lets the engine's change reports reach the windows of the sheet concerned.
+  void installEngineHooks();
+  SheetViewHooks previousHooks_;
+
   void buildMenus();
   void addMenuEntries(QMenu* menu, std::span<const MenuEntry> entries);
   /// Menus follow the active window: the Data menu of its sheet, entries that need a sheet.
