@@ -38,6 +38,7 @@ std::unique_ptr<ListInfo> ListInfo::clone() const {
   copy->defCheckMsg = defCheckMsg;
   copy->format = format;
   copy->altFormats = altFormats;
+  copy->categoryBonuses = categoryBonuses;
   return copy;
 }
 

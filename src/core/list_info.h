@@ -16,6 +16,12 @@
 
 namespace zv {
 
+/// A bonus that adjustments gave the items of one category of a list ("Skills:Combat+1").
+struct CategoryBonus {
+  std::string category;
+  double total = 0.0;
+};
+
 struct ListInfo {
   ListInfo() = default;
   ListInfo(const ListInfo&) = delete;
@@ -46,6 +52,7 @@ struct ListInfo {
   std::string defCheckMsg;
   std::string format;  ///< the default item format
   std::vector<AltFormat> altFormats;
+  std::vector<CategoryBonus> categoryBonuses;  ///< in the order the categories first got one
 
   bool open() const { return bits::test(flags, 0); }
   void setOpen(bool on) { bits::assign(flags, 0, on); }
