@@ -18,7 +18,7 @@ struct CommandEntry {
 
 constexpr CommandEntry kCommands[] = {
     {"identify", runIdentify}, {"convert", runConvert}, {"dump", runDump},
-    {"eval", runEval},         {"expand", runExpand},
+    {"eval", runEval},         {"expand", runExpand},   {"roll", runRoll},
 };
 
 /// Takes the global options from the front of `args`; false on a bad option.
@@ -83,6 +83,8 @@ std::string helpText() {
          "                     the value of an expression as the program shows it; an\n"
          "                     expression error goes to stderr with exit status 1\n"
          "  expand FILE        the macro processor's output for a text data sheet\n"
+         "  roll DICE          the die roller's result for a dice text such as 3d6+2,\n"
+         "                     3:4d6, 5c100, 5p52 or 6*3d6 (blanks are ignored)\n"
          "\n"
          "Options:\n"
          "  --data-dir DIR     where game system data are found (default: the setting\n"

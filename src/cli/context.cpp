@@ -4,6 +4,7 @@
 #include "cli/commands.h"
 #include "core/messages.h"
 #include "core/numbers.h"
+#include "core/random.h"
 
 namespace zv::cli {
 
@@ -28,6 +29,8 @@ Context::Context(const GlobalOptions& options)
   setUseFractions(appSettings_.useFractions);
   dataDir_ = options.dataDir.empty() ? appSettings_.sourceDirectory
                                      : std::filesystem::path(options.dataDir);
+  seedRandom(options.seed ? *options.seed : seedFromClock());
+  utilities_ = std::make_unique<UtilitiesInstallation>(settings_, dataDir_);
 }
 
 int usageError(const std::string& message) {

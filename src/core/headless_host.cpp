@@ -29,7 +29,9 @@ bool HeadlessHost::loadAnswers(const std::filesystem::path& file) {
   return true;
 }
 
-void HeadlessHost::addAnswer(std::string answer) { answers_.push_back(std::move(answer)); }
+void HeadlessHost::addAnswer(std::string answer) {
+  answers_.push_back(std::move(answer));
+}
 
 std::optional<std::string> HeadlessHost::nextAnswer() {
   if (answers_.empty()) return std::nullopt;
@@ -92,6 +94,16 @@ std::optional<std::string> HeadlessHost::enterValue(std::string_view title, std:
   return std::string(initial);
 }
 
+std::optional<std::string> HeadlessHost::enterFileValue(std::string_view title,
+                                                        std::string_view initial) {
+  emitLine(lineFor(title, initial));
+  if (auto answer = nextAnswer()) {
+    if (equalsIgnoringCase(*answer, "Cancel")) return std::nullopt;
+    return answer;
+  }
+  return std::string(initial);
+}
+
 std::vector<int> HeadlessHost::choose(const ChoiceRequest& request) {
   emitLine(lineFor(request.title, request.prompt));
   auto answer = nextAnswer();
@@ -124,7 +136,9 @@ std::vector<std::string> HeadlessHost::chooseFiles(const FileRequest& request) {
 
 void HeadlessHost::progressBegin(std::string_view, std::string_view, int) {}
 
-bool HeadlessHost::progressStep(int) { return !interruptRequested(); }
+bool HeadlessHost::progressStep(int) {
+  return !interruptRequested();
+}
 
 void HeadlessHost::progressEnd() {}
 
@@ -178,6 +192,8 @@ ProcessResult HeadlessHost::runProcess(const std::string& commandLine, int timeo
   }
 }
 
-bool HeadlessHost::openWithSystem(const std::string&) { return false; }
+bool HeadlessHost::openWithSystem(const std::string&) {
+  return false;
+}
 
 }  // namespace zv

@@ -15,7 +15,7 @@
 namespace zv {
 
 class HeadlessHost : public Host {
-public:
+ public:
   /// `out` receives one line per box; nullptr keeps them only in the transcript.
   explicit HeadlessHost(std::FILE* out = stderr);
 
@@ -40,6 +40,9 @@ public:
   Button ask(const Question& question) override;
   std::optional<std::string> enterValue(std::string_view title, std::string_view prompt,
                                         std::string_view initial) override;
+  /// Shows "[title] initial" and takes the next answer ("Cancel" cancels), else `initial`.
+  std::optional<std::string> enterFileValue(std::string_view title,
+                                            std::string_view initial) override;
   std::vector<int> choose(const ChoiceRequest& request) override;
   std::vector<std::string> chooseFiles(const FileRequest& request) override;
   void progressBegin(std::string_view title, std::string_view text, int steps) override;
@@ -58,7 +61,7 @@ public:
   /// The one-line form of a box: "[Title] text" with line breaks shown as \n.
   static std::string lineFor(std::string_view title, std::string_view text);
 
-private:
+ private:
   std::optional<std::string> nextAnswer();
   void emitLine(std::string line);
 

@@ -22,7 +22,8 @@ enum class ButtonSet { Ok, OkCancel, YesNo, YesNoCancel, RetryCancel, AbortRetry
 /// The buttons of a set, in the order they are shown.
 std::vector<Button> buttonsOf(ButtonSet set);
 std::string_view buttonName(Button button);
-/// The button named by `name` ignoring case ("Yes", "cancel", "OK"); None if there is no such button.
+/// The button named by `name` ignoring case ("Yes", "cancel", "OK"); None if there is no such
+/// button.
 Button buttonFromName(std::string_view name);
 
 struct Question {
@@ -74,7 +75,7 @@ struct PixelsPerInch {
 };
 
 class Host {
-public:
+ public:
   virtual ~Host() = default;
 
   /// A modal box with an OK button.
@@ -84,6 +85,10 @@ public:
   /// A value typed by the user; nullopt when cancelled.
   virtual std::optional<std::string> enterValue(std::string_view title, std::string_view prompt,
                                                 std::string_view initial) = 0;
+  /// The file-value dialog: a file name field under `title`, starting at `initial`, with a way
+  /// to browse for the file. The text in the field on OK; nullopt when cancelled.
+  virtual std::optional<std::string> enterFileValue(std::string_view title,
+                                                    std::string_view initial) = 0;
   /// Indices of the chosen entries; empty when cancelled.
   virtual std::vector<int> choose(const ChoiceRequest& request) = 0;
   /// Chosen file names; empty when cancelled.
@@ -113,13 +118,13 @@ Host& host();
 
 /// Installs a host for the lifetime of this object and puts back the previous one afterwards.
 class HostInstallation {
-public:
+ public:
   explicit HostInstallation(Host& installed);
   ~HostInstallation();
   HostInstallation(const HostInstallation&) = delete;
   HostInstallation& operator=(const HostInstallation&) = delete;
 
-private:
+ private:
   Host* previous_;
 };
 
