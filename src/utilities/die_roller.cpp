@@ -312,6 +312,8 @@ class SpecEvaluator {
   bool repeat(std::int32_t times, std::string& result) {
     const std::string_view rest = text_.substr(position_);
     for (std::int32_t i = 0; i < times; ++i) {
+      // Each pass counts like a die, so that nested repeats of plain numbers stay bounded too.
+      if (!countDice(1)) return false;
       std::string piece;
       SpecEvaluator inner(rest, rolls_, diceRolled_);
       if (!inner.run(piece)) return false;

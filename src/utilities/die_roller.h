@@ -29,8 +29,8 @@ struct DieSpec {
   std::int32_t offset = 0;
 };
 
-/// The most dice that one specification may roll in all, repeats included, so that no
-/// specification can keep the program busy for long.
+/// The most dice that one specification may roll in all, each pass of a repeat counting as one,
+/// so that no specification can keep the program busy for long.
 inline constexpr long kMaxDicePerSpecification = 1000000;
 
 /// Evaluates a specification into its result text, appending the dice to `rolls` when given.
