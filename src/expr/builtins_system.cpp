@@ -53,22 +53,25 @@ std::uint32_t littleEndian(std::string_view data, std::size_t at, int bytes) {
   return value;
 }
 
-/// The value of a variable of the sheet, by symbol or by name; integer 0 when none.
-Value variableValue(const FileInfo& sheet, const DlgItem& field) {
+/// The variable of a field: its symbol, else the variable of its name in the sheet's table (the
+/// table the call runs in when the sheet has none); null when none.
+const Symbol* fieldVariable(const BuiltinCall& call, const FileInfo& sheet, const DlgItem& field) {
+  if (field.symbol != nullptr) return field.symbol;
+  const SymbolTable& table = sheet.symbols ? *sheet.symbols : call.table;
+  return table.find(field.varName);
+}
+
+/// The value of a field's variable; integer 0 when it has none.
+Value variableValue(const BuiltinCall& call, const FileInfo& sheet, const DlgItem& field) {
   Value value;
-  if (field.symbol != nullptr) {
-    getValue(*field.symbol, value);
-  } else if (sheet.symbols) {
-    if (const Symbol* symbol = sheet.symbols->find(field.varName)) getValue(*symbol, value);
-  }
+  if (const Symbol* symbol = fieldVariable(call, sheet, field)) getValue(*symbol, value);
   return value;
 }
 
-/// The value of a combobox's chosen entry in its "label;value;label;value" text.
-Value comboboxValue(const FileInfo& sheet, const DlgItem& field) {
-  if (field.symbol != nullptr || (sheet.symbols && sheet.symbols->find(field.varName))) {
-    return variableValue(sheet, field);
-  }
+/// The value of a combobox's chosen entry: its variable, else the entry's value in the
+/// "label;value;label;value" text.
+Value comboboxValue(const BuiltinCall& call, const FileInfo& sheet, const DlgItem& field) {
+  if (fieldVariable(call, sheet, field) != nullptr) return variableValue(call, sheet, field);
   const std::vector<std::string> parts = split(field.choices, ';');
   const std::size_t at = static_cast<std::size_t>(field.selectedIndex) * 2 + 1;
   if (field.selectedIndex < 0 || at >= parts.size()) return Value(std::int32_t{0});
@@ -217,11 +220,11 @@ int builtinDialogfieldvalue(BuiltinCall& call) {
           call.result = Value(field->text);
           break;
         case kCheckboxField:
-          call.result = field->symbol != nullptr ? variableValue(*sheet, *field)
+          call.result = field->symbol != nullptr ? variableValue(call, *sheet, *field)
                                                  : Value(std::int32_t{field->checked});
           break;
         case kComboboxField:
-          call.result = comboboxValue(*sheet, *field);
+          call.result = comboboxValue(call, *sheet, *field);
           break;
         case kListField:
           call.result = Value(field->listField ? field->listField->total : 0.0);
@@ -230,7 +233,7 @@ int builtinDialogfieldvalue(BuiltinCall& call) {
           call.result = Value(pictureSizeText(field->pictureData));
           break;
         default:
-          call.result = variableValue(*sheet, *field);
+          call.result = variableValue(call, *sheet, *field);
           break;
       }
       return 0;
