@@ -6,6 +6,7 @@
 
 #include "core/fileinfo.h"
 #include "core/numbers.h"
+#include "core/text.h"
 #include "expr/builtin_call.h"
 #include "expr/builtins_args.h"
 #include "expr/builtins_items.h"
@@ -88,7 +89,8 @@ int builtinItemcheckexpression(BuiltinCall& call) {
 
 int builtinEvaluatedefault(BuiltinCall& call) {
   Item* item = callItem(call);
-  if (item == nullptr) return 0;
+  // An item without a default has nothing to evaluate: integer 0.
+  if (item == nullptr || trim(item->defaultText).empty()) return 0;
   Value value;
   const int status = evaluateDefault(*item, value);
   if (status != 0) return fail(status);
