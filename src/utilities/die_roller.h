@@ -31,7 +31,7 @@ struct DieSpec {
 
 /// The most dice that one specification may roll in all, each pass of a repeat counting as one,
 /// so that no specification can keep the program busy for long.
-inline constexpr long kMaxDicePerSpecification = 1000000;
+inline constexpr long kMaxDicePerSpecification = 100000;
 
 /// Evaluates a specification into its result text, appending the dice to `rolls` when given.
 /// False after the failure was shown in a box with its title; `result` is then unspecified.

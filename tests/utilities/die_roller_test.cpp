@@ -109,7 +109,7 @@ TEST_F(DieRollerTest, FailuresShowTheirBoxes) {
        "[Range Too Large] The choose specification 5c1001 is illegal. The limit "
        "on the range is 1000."},
       {"32767*32767d6",
-       "[Too Many Dice] More than 1000000 dice may not be rolled in one "
+       "[Too Many Dice] More than 100000 dice may not be rolled in one "
        "specification."},
   };
   for (const Case& c : cases)
