@@ -370,10 +370,7 @@ std::optional<Prereq> parsePrereq(const PrereqContext& context, std::string_view
       element.plain.push_back(false);
     }
     element = element.trimmed();
-    if (element.size() == 0) {
-      // An empty requirement; its connector still separates groups.
-      continue;
-    }
+    if (element.size() == 0) continue;  // an empty requirement goes with its connector
     Prereq prereq;
     prereq.connector = connector;
     if (element.syntaxAt(0, '!')) {
@@ -552,9 +549,11 @@ bool prereqSatisfied(FileInfo& sheet, ListInfo* list, Item& item, PrereqMode mod
   // ends at "then" or the end, met when all its clauses are.
   bool groupMet = true;
   bool clauseMet = false;
+  bool clauseOpen = false;
   for (const Prereq& prereq : *prereqs) {
     clauseMet = clauseMet || testPrereq(sheet, list, item, prereq);
-    if (prereq.connector == PrereqConnector::Or) continue;
+    clauseOpen = prereq.connector == PrereqConnector::Or;
+    if (clauseOpen) continue;
     groupMet = groupMet && clauseMet;
     clauseMet = false;
     if (prereq.connector == PrereqConnector::Then || prereq.connector == PrereqConnector::End) {
@@ -562,7 +561,8 @@ bool prereqSatisfied(FileInfo& sheet, ListInfo* list, Item& item, PrereqMode mod
       groupMet = true;
     }
   }
-  return groupMet;
+  // A text that ends in "|" leaves its last clause open: it counts as it stands.
+  return groupMet && (!clauseOpen || clauseMet);
 }
 
 std::string prereqText(const Prereq& prereq, Item* item) {

@@ -173,6 +173,8 @@ TEST_F(RequirementsTest, Connectors) {
       {"Skills:Bow|Skills:Sword~Skills:Lore|Skills:Bow", true},
       {"Skills:Bow~Skills:Sword", false},
       {";;Skills:Sword;", true},
+      {"Skills:Bow|", false},
+      {"Skills:Sword|", true},
       {"", true},
   };
   for (const Case& c : cases)
