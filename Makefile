@@ -18,9 +18,13 @@ build-release: deps
 	cmake --preset release >/dev/null
 	cmake --build build/release -j$(JOBS)
 
-# Opens the desktop program on the bundled sample game system.
+# The character the desktop program opens on: the bundled sample, or a small test sheet until the
+# sample exists.
+SAMPLE_SHEET = sheet="data/characters/Maren Vell.chr"; [ -f "$$sheet" ] || sheet=tests/data/sheets/hearth.chr
+
+# Opens the desktop program on the bundled sample game system, with a sample character.
 run: build-release
-	./build/release/bin/zarvelin
+	@$(SAMPLE_SHEET); ./build/release/bin/zarvelin "$$PWD/$$sheet"
 
 # Every test, in the sanitizer build.
 test: build-debug
@@ -37,7 +41,7 @@ fuzz:
 
 screenshot: build-release
 	@scripts/install-deps screenshot
-	scripts/screenshot build/release/bin/zarvelin docs/screenshot.png
+	@$(SAMPLE_SHEET); scripts/screenshot build/release/bin/zarvelin docs/screenshot.png "$$PWD/$$sheet"
 
 format:
 	git ls-files '*.cpp' '*.h' | xargs clang-format -i

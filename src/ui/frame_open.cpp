@@ -46,8 +46,9 @@ QMdiSubWindow* MainFrame::openFile(const std::string& path, bool forceText) {
       return openAsText(decision.path, !decision.editorCommand.empty());
     case OpenAction::HandToSystem:
       return handToSystem(decision.path);
-    case OpenAction::ConvertExternal:
     case OpenAction::OpenSheet:
+      return openSheet(decision.path, decision.code);
+    case OpenAction::ConvertExternal:
     case OpenAction::OpenPrintTemplate:
     case OpenAction::OpenMacroDataSheet:
     case OpenAction::OpenDataSheet:

@@ -56,25 +56,61 @@ MainFrame::MainFrame(Settings& settings, AppSettings& appSettings, QWidget* pare
   setAcceptDrops(true);
 }
 
+MainFrame::~MainFrame() {
+  disconnect(mdiArea_, nullptr, this, nullptr);
+}
+
 void MainFrame::buildMenus() {
   fileMenu_ = menuBar()->addMenu(tr("&File"));
   fileMenu_->setObjectName("fileMenu");
-  QAction* open = fileMenu_->addAction(tr("&Open..."), this, &MainFrame::chooseAndOpenFiles);
-  open->setShortcut(QKeySequence::Open);
-  open->setData(kFileOpenCommand);
+  addMenuEntries(fileMenu_, fileMenuHead());
   fileMenu_->addSeparator();
   recentFilesEnd_ = fileMenu_->addSeparator();
-  QAction* exit = fileMenu_->addAction(tr("E&xit"), this, &QWidget::close);
-  exit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
-  exit->setData(kFileExitCommand);
+  addMenuEntries(fileMenu_, fileMenuTail());
   // The working directory may have changed since the entries were written.
   connect(fileMenu_, &QMenu::aboutToShow, this, &MainFrame::rebuildRecentFilesMenu);
+
+  dataMenu_ = menuBar()->addMenu(tr("&Data"));
+  dataMenu_->setObjectName("dataMenu");
+  utilitiesMenu_ = menuBar()->addMenu(tr("&Utilities"));
+  utilitiesMenu_->setObjectName("utilitiesMenu");
+  addMenuEntries(utilitiesMenu_, utilitiesMenu());
+  windowMenu_ = menuBar()->addMenu(tr("&Window"));
+  windowMenu_->setObjectName("windowMenu");
+  addMenuEntries(windowMenu_, windowMenu());
 
   helpMenu_ = menuBar()->addMenu(tr("&Help"));
   helpMenu_->setObjectName("helpMenu");
   QAction* about = helpMenu_->addAction(tr("&About Zarvelin..."), this, &MainFrame::showAbout);
-  about->setData(kHelpAboutCommand);
+  about->setData(kHelpAbout);
   rebuildRecentFilesMenu();
+  connect(mdiArea_, &QMdiArea::subWindowActivated, this, &MainFrame::updateMenus);
+  updateMenus();
+}
+
+void MainFrame::addMenuEntries(QMenu* menu, std::span<const MenuEntry> entries) {
+  for (const MenuEntry& entry : entries) {
+    if (entry.command == 0) {
+      menu->addSeparator();
+      continue;
+    }
+    QAction* action = menu->addAction(fromSystemText(entry.text));
+    action->setData(entry.command);
+    if (!entry.shortcut.empty())
+      action->setShortcut(QKeySequence(
+          QString::fromLatin1(entry.shortcut.data(), static_cast<int>(entry.shortcut.size()))));
+    action->setProperty("needsSheet", entry.needsSheet);
+    int command = entry.command;
+    connect(action, &QAction::triggered, this, [this, command] { runCommand(command); });
+    commandActions_.push_back(action);
+  }
+}
+
+QAction* MainFrame::commandAction(int command) const {
+  for (QAction* action : commandActions_) {
+    if (action->data().toInt() == command) return action;
+  }
+  return nullptr;
 }
 
 void MainFrame::rebuildRecentFilesMenu() {
@@ -156,6 +192,10 @@ void MainFrame::showFromSettings() {
 
 void MainFrame::closeEvent(QCloseEvent* event) {
   // Every document is asked to close; one that stays keeps the frame.
+  if (!closeAllSheets()) {
+    event->ignore();
+    return;
+  }
   for (QMdiSubWindow* window : mdiArea_->subWindowList()) {
     if (!window->close()) {
       event->ignore();

@@ -4,6 +4,8 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QPointer>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -11,13 +13,11 @@
 #include "core/command_line.h"
 #include "core/recent_files.h"
 #include "core/settings.h"
+#include "formats/sheet_document.h"
+#include "ui/command_table.h"
+#include "ui/sheet_view.h"
 
 namespace zv::ui {
-
-/// Command numbers of the frame's own menu entries, kept as the actions' data.
-inline constexpr int kFileOpenCommand = 1042;
-inline constexpr int kFileExitCommand = 1045;
-inline constexpr int kHelpAboutCommand = 1291;
 
 /// The environment variable that marks a process started by this program's own hand-over of a
 /// file to the system: such a process was chosen by the system for a type it can't read.
@@ -32,6 +32,8 @@ class MainFrame : public QMainWindow {
   /// The frame works on the program's settings store and on the settings read at start; both
   /// outlive it.
   MainFrame(Settings& settings, AppSettings& appSettings, QWidget* parent = nullptr);
+  /// Stops following the active window before the windows go.
+  ~MainFrame() override;
 
   /// Places the frame from "screenPos" kept on the available screen area and shows it, maximized
   /// when "maximized" says so.
@@ -47,6 +49,25 @@ class MainFrame : public QMainWindow {
   /// this program handed to it.
   void openCommandLine(const CommandLine& commandLine, bool startedByHandOver = false);
 
+  /// A new sheet (fileType 1) or template (2) from a template of the data directory, in its
+  /// windows; null after a message.
+  QMdiSubWindow* newFromTemplate(const std::string& templateName, int fileType);
+  /// Save (or Save As) of the active sheet; false when cancelled or failed.
+  bool saveActive(bool askName);
+  /// Save All over every open sheet; false when a save was cancelled or failed.
+  bool saveAll();
+  /// Opens a character sheet (fileType 1) or template (2) in its windows; null after a message.
+  QMdiSubWindow* openSheet(const std::string& path, int fileType);
+  /// The sheet of the active window; null when the active window isn't a sheet's.
+  SheetView* activeSheet() const;
+  /// Every open sheet, in the order they were opened.
+  std::vector<SheetView*> sheets() const;
+  /// Runs a frame command on the active window (the File, Utilities and Window entries).
+  void runCommand(int command);
+  /// The action of a command in the frame's menus; null when it has none.
+  QAction* commandAction(int command) const;
+  QMenu* dataMenu() const { return dataMenu_; }
+
   const RecentFiles& recentFiles() const { return recentFiles_; }
   QMdiArea* mdiArea() const { return mdiArea_; }
   QMenu* fileMenu() const { return fileMenu_; }
@@ -59,6 +80,15 @@ class MainFrame : public QMainWindow {
 
  private:
   void buildMenus();
+  void addMenuEntries(QMenu* menu, std::span<const MenuEntry> entries);
+  /// Menus follow the active window: the Data menu of its sheet, entries that need a sheet.
+  void updateMenus();
+  void rebuildDataMenu();
+  bool closeAllSheets();
+  void newFile();
+  QMdiSubWindow* showSheet(std::unique_ptr<FileInfo> sheet);
+  DocumentContext documentContext();
+  FieldPreferences fieldPreferences() const;
   void rebuildRecentFilesMenu();
   void chooseAndOpenFiles();
   void openRecentFile(int command);
@@ -77,6 +107,11 @@ class MainFrame : public QMainWindow {
   QMdiArea* mdiArea_ = nullptr;
   QMenu* fileMenu_ = nullptr;
   QMenu* helpMenu_ = nullptr;
+  QMenu* dataMenu_ = nullptr;
+  QMenu* utilitiesMenu_ = nullptr;
+  QMenu* windowMenu_ = nullptr;
+  std::vector<QAction*> commandActions_;
+  std::vector<QPointer<SheetView>> sheets_;
   QAction* recentFilesEnd_ = nullptr;  ///< the separator after the recent files
   std::vector<QAction*> recentFileActions_;
   /// Hand-overs to the system under way; above 0 when a file came back from the system.

@@ -4,8 +4,6 @@ namespace zv::ui {
 
 std::string_view unsupportedDocumentKind(const OpenDecision& decision) {
   switch (decision.action) {
-    case OpenAction::OpenSheet:
-      return decision.code == kFileCharacterTemplate ? "character template" : "character sheet";
     case OpenAction::OpenPrintTemplate:
       return "print template";
     case OpenAction::OpenMacroDataSheet:
@@ -16,6 +14,7 @@ std::string_view unsupportedDocumentKind(const OpenDecision& decision) {
       return "group";
     case OpenAction::ConvertExternal:
       return "externally converted";
+    case OpenAction::OpenSheet:
     case OpenAction::Nothing:
     case OpenAction::ShowMessage:
     case OpenAction::OpenAsText:

@@ -106,11 +106,18 @@ class FrameTest : public QObject {
   void titleAndMenus() {
     MainFrame frame(*settings_, *app_);
     QCOMPARE(frame.windowTitle(), QStringLiteral("Zarvelin"));
-    QCOMPARE(actionTexts(frame.menuBar()), (QStringList{"&File", "&Help"}));
-    QCOMPARE(actionTexts(frame.fileMenu()), (QStringList{"&Open...", "Recent Files", "E&xit"}));
+    QCOMPARE(actionTexts(frame.menuBar()),
+             (QStringList{"&File", "&Data", "&Utilities", "&Window", "&Help"}));
+    QCOMPARE(actionTexts(frame.fileMenu()),
+             (QStringList{"&New...", "&Open...", "&Close", "&Save", "Save &As...", "Save A&ll",
+                          "Recent Files", "E&xit"}));
     QList<QAction*> file = frame.fileMenu()->actions();
-    QCOMPARE(file.front()->shortcut(), QKeySequence(QKeySequence::Open));
-    QCOMPARE(file.front()->data().toInt(), 1042);
+    QCOMPARE(frame.commandAction(1042)->shortcut(), QKeySequence(QKeySequence::Open));
+    // With no sheet open, the Data menu is hidden and the sheet's commands are disabled.
+    QVERIFY(!frame.dataMenu()->menuAction()->isVisible());
+    for (int command : {1048, 1043, 1044, 1076, 1308})
+      QVERIFY(!frame.commandAction(command)->isEnabled());
+    QVERIFY(frame.commandAction(1041)->isEnabled());
     QCOMPARE(file.back()->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Q));
     QCOMPARE(file.back()->data().toInt(), 1045);
     QCOMPARE(frame.helpMenu()->actions().size(), 1);
@@ -201,10 +208,12 @@ class FrameTest : public QObject {
     QTest::addColumn<QString>("box");  // "%1" stands for the path
     QTest::newRow("character sheet")
         << "hero.chr" << QByteArray("\"Character Sheet file v. 1\" gamesystem Tiny\n") << ""
-        << false << "[Not Yet Supported] Opening character sheet files is not yet supported: %1";
+        << false
+        << "[Error] There are no dialogs in this file; it cannot be opened as a character sheet";
     QTest::newRow("character template")
         << "base.cst" << QByteArray("\"Character Sheet file v. 1\" gamesystem Tiny\n") << ""
-        << false << "[Not Yet Supported] Opening character template files is not yet supported: %1";
+        << false
+        << "[Error] There are no dialogs in this file; it cannot be opened as a character sheet";
     QTest::newRow("data sheet")
         << "gear.cds" << QByteArray("\"Data Sheet file v. 1\" gamesystem Tiny\n") << "" << false
         << "[Not Yet Supported] Opening data sheet files is not yet supported: %1";
@@ -287,7 +296,7 @@ class FrameTest : public QObject {
     writeFile(b, "second");
     host_->addAnswer(a + ";" + b);
     MainFrame frame(*settings_, *app_);
-    frame.fileMenu()->actions().front()->trigger();
+    frame.commandAction(1042)->trigger();
     QStringList contents;
     for (QMdiSubWindow* window : frame.mdiArea()->subWindowList()) {
       contents << textWindowOf(window)->toPlainText();
@@ -332,7 +341,7 @@ class FrameTest : public QObject {
         << "p.txt" << true << true << 1 << QStringList{} << true;
     QTest::newRow("print a file that can't open")
         << "p.chr" << true << true << 0
-        << QStringList{"[Not Yet Supported] Opening character sheet files is not yet supported: %1",
+        << QStringList{"[Error] No game system specified for this character sheet",
                        "[Error] Cannot print file %1"}
         << true;
     QTest::newRow("print a missing file")

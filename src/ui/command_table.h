@@ -1,0 +1,57 @@
+#pragma once
+// The command vocabulary: the names of command numbers that shortcuts and the script statement
+// `menucommand` use, and the frame's own menus as tables.
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace zv::ui {
+
+struct CommandName {
+  std::string_view name;
+  int number = 0;
+};
+
+/// The 70 named commands, sorted by name.
+std::span<const CommandName> commandTable();
+/// The number of a command name, ignoring case.
+std::optional<int> commandNumber(std::string_view name);
+/// The first name of a command number (two names share 1056 and 1057).
+std::optional<std::string_view> commandName(int number);
+
+// Command numbers that the windows serve.
+inline constexpr int kFileNew = 1041;
+inline constexpr int kFileOpen = 1042;
+inline constexpr int kFileSave = 1043;
+inline constexpr int kFileSaveAs = 1044;
+inline constexpr int kFileExit = 1045;
+inline constexpr int kFileClose = 1048;
+inline constexpr int kFileSaveAll = 1076;
+inline constexpr int kToolsOpenCloseSublist = 1104;
+inline constexpr int kUtilitiesRecalculate = 1308;
+inline constexpr int kWindowCloseAll = 1573;
+inline constexpr int kWindowOpenAll = 1575;
+inline constexpr int kHelpAbout = 1291;
+
+/// One entry of a menu as the frame builds it: a separator has command 0.
+struct MenuEntry {
+  std::string_view text;  ///< with "&" before the mnemonic
+  int command = 0;
+  std::string_view shortcut;  ///< in the portable text form ("Ctrl+S"); empty for none
+  bool needsSheet = false;    ///< disabled while no sheet window is active
+};
+
+/// The File menu above the recent files, and below them.
+std::span<const MenuEntry> fileMenuHead();
+std::span<const MenuEntry> fileMenuTail();
+/// The Utilities and Window menus of a sheet.
+std::span<const MenuEntry> utilitiesMenu();
+std::span<const MenuEntry> windowMenu();
+
+/// The text of a Data menu entry: the list's or dialog's name with "&" doubled and a "&" before the
+/// first letter that matches `menuChar` (ignoring case), or " (&c)" behind it when none does.
+std::string dataMenuText(std::string_view name, std::string_view menuChar);
+
+}  // namespace zv::ui

@@ -1,0 +1,204 @@
+// The frame's side of sheets: opening one into its windows, New from a template, Save, Save As,
+// Save All, Close, Recalculate, the Data menu of the active sheet, and menus that follow the
+// active window.
+
+#include <QMenuBar>
+#include <algorithm>
+
+#include "core/paths.h"
+#include "formats/sheet_document.h"
+#include "ui/main_frame.h"
+#include "ui/new_file_dialog.h"
+#include "ui/sheet_subwindow.h"
+#include "ui/text_codec.h"
+
+namespace zv::ui {
+
+DocumentContext MainFrame::documentContext() {
+  DocumentContext context;
+  context.dataDir = appSettings_.sourceDirectory;
+  context.binary = appSettings_.binary;
+  context.makeBackups = appSettings_.makeBackups;
+  context.noteRecentFile = [this](const std::string& path) { addRecentFile(path); };
+  context.rememberGameSystem = [this](std::string_view gameSystem) {
+    appSettings_.gameSystem = std::string(gameSystem);
+  };
+  return context;
+}
+
+FieldPreferences MainFrame::fieldPreferences() const {
+  FieldPreferences preferences;
+  preferences.checkWhenAdding = appSettings_.checkReq;
+  preferences.disallowIfNotSatisfied = appSettings_.disallowIfNotSatisfied;
+  preferences.noBadValueDialog = appSettings_.noBadValueDlg;
+  return preferences;
+}
+
+QMdiSubWindow* MainFrame::openSheet(const std::string& path, int fileType) {
+  std::unique_ptr<FileInfo> sheet =
+      openSheetDocument(path, shortFileName(path), false, fileType, documentContext());
+  if (!sheet) return nullptr;
+  return showSheet(std::move(sheet));
+}
+
+QMdiSubWindow* MainFrame::newFromTemplate(const std::string& templateName, int fileType) {
+  std::unique_ptr<FileInfo> sheet = newSheetFromTemplate(templateName, fileType, documentContext());
+  if (!sheet) return nullptr;
+  return showSheet(std::move(sheet));
+}
+
+QMdiSubWindow* MainFrame::showSheet(std::unique_ptr<FileInfo> sheet) {
+  auto* view = new SheetView(std::move(sheet), *mdiArea_, fieldPreferences(), this);
+  view->dialogColour = appSettings_.dlgBGColor;
+  view->setCloseQuery(
+      [this](SheetView& closing) { return closeQuery(closing.sheet(), documentContext()); });
+  connect(view, &SheetView::sheetClosed, this, [this](SheetView* closed) {
+    const FileInfo& record = closed->sheet();
+    if (!record.isNew() && !record.path.str().empty()) addRecentFile(record.path.str());
+    std::erase_if(sheets_, [closed](const QPointer<SheetView>& entry) {
+      return entry.isNull() || entry.data() == closed;
+    });
+    QMetaObject::invokeMethod(this, &MainFrame::updateMenus, Qt::QueuedConnection);
+  });
+  sheets_.emplace_back(view);
+  view->show();
+  updateMenus();
+  return view->mainWindow();
+}
+
+void MainFrame::newFile() {
+  NewFileDialog dialog(findTemplates(appSettings_.sourceDirectory), appSettings_.defTemplate,
+                       appSettings_.newFileGameSystem, this);
+  if (dialog.exec() != QDialog::Accepted) return;
+  std::optional<NewFileChoice> choice = dialog.choice();
+  if (!choice) return;
+  appSettings_.newFileGameSystem = choice->gameSystem;
+  settings_.setString(kMainSection, "NewFileGameSystem", choice->gameSystem);
+  if (newFromTemplate(choice->templateName, choice->fileType) != nullptr) {
+    appSettings_.defTemplate = choice->templateName;
+    settings_.setString(kMainSection, "defTemplate", choice->templateName);
+  }
+}
+
+SheetView* MainFrame::activeSheet() const {
+  return sheetViewOf(mdiArea_->currentSubWindow());
+}
+
+std::vector<SheetView*> MainFrame::sheets() const {
+  std::vector<SheetView*> open;
+  for (const QPointer<SheetView>& view : sheets_) {
+    if (!view.isNull() && !view->closing()) open.push_back(view.data());
+  }
+  return open;
+}
+
+bool MainFrame::saveActive(bool askName) {
+  SheetView* view = activeSheet();
+  if (view == nullptr) return false;
+  view->commitPendingEdit();
+  bool saved = saveSheet(view->sheet(), askName, documentContext());
+  view->refreshTitles();
+  return saved;
+}
+
+bool MainFrame::saveAll() {
+  bool all = true;
+  for (SheetView* view : sheets()) {
+    view->commitPendingEdit();
+    all = saveForSaveAll(view->sheet(), documentContext()) && all;
+    view->refreshTitles();
+  }
+  return all;
+}
+
+bool MainFrame::closeAllSheets() {
+  for (SheetView* view : sheets()) {
+    if (!view->requestClose()) return false;
+  }
+  return true;
+}
+
+void MainFrame::runCommand(int command) {
+  SheetView* view = activeSheet();
+  if (command >= kDialogCommandBase && command < kDialogCommandBase + 100) {
+    if (view != nullptr) view->openWindow(SheetWindowKind::Dialog, command - kDialogCommandBase);
+    return;
+  }
+  if (command >= kListCommandBase && command < kListCommandBase + 100) {
+    if (view != nullptr) view->openWindow(SheetWindowKind::List, command - kListCommandBase);
+    return;
+  }
+  switch (command) {
+    case kFileNew:
+      newFile();
+      break;
+    case kFileOpen:
+      chooseAndOpenFiles();
+      break;
+    case kFileClose:
+      if (view != nullptr) {
+        view->requestClose();
+      } else if (QMdiSubWindow* window = mdiArea_->currentSubWindow()) {
+        window->close();
+      }
+      break;
+    case kFileSave:
+    case kFileSaveAs:
+      saveActive(command == kFileSaveAs);
+      break;
+    case kFileSaveAll:
+      saveAll();
+      break;
+    case kFileExit:
+      close();
+      break;
+    case kUtilitiesRecalculate:
+      if (view != nullptr) view->recalculate();
+      break;
+    case kWindowOpenAll:
+      if (view != nullptr) view->openAllWindows();
+      break;
+    case kWindowCloseAll:
+      if (view != nullptr) view->closeSubordinateWindows();
+      break;
+    default:
+      break;
+  }
+}
+
+void MainFrame::updateMenus() {
+  SheetView* view = activeSheet();
+  for (QAction* action : commandActions_) {
+    if (action->property("needsSheet").toBool()) action->setEnabled(view != nullptr);
+  }
+  dataMenu_->menuAction()->setVisible(view != nullptr);
+  rebuildDataMenu();
+}
+
+void MainFrame::rebuildDataMenu() {
+  dataMenu_->clear();
+  SheetView* view = activeSheet();
+  if (view == nullptr) return;
+  const FileInfo& sheet = view->sheet();
+  for (const DataMenuEntry& entry : sheet.dataMenu.entries()) {
+    auto at = static_cast<std::size_t>(entry.index);
+    std::string text;
+    if (entry.kind == DataMenuKind::Separator) {
+      dataMenu_->addSeparator();
+      continue;
+    }
+    if (entry.kind == DataMenuKind::List && at < sheet.lists.size()) {
+      text = dataMenuText(sheet.lists[at]->name.str(), sheet.lists[at]->menuChar.str());
+    } else if (entry.kind == DataMenuKind::Dialog && at < sheet.dlgs.size()) {
+      text = dataMenuText(sheet.dlgs[at]->name.str(), sheet.dlgs[at]->menuChar.str());
+    } else {
+      continue;
+    }
+    QAction* action = dataMenu_->addAction(fromSystemText(text));
+    int command = entry.command();
+    action->setData(command);
+    connect(action, &QAction::triggered, this, [this, command] { runCommand(command); });
+  }
+}
+
+}  // namespace zv::ui
