@@ -565,6 +565,25 @@ bool prereqSatisfied(FileInfo& sheet, ListInfo* list, Item& item, PrereqMode mod
   return groupMet && (!clauseOpen || clauseMet);
 }
 
+std::vector<UnsatisfiedItem> checkAllPrereq(FileInfo& sheet) {
+  std::vector<UnsatisfiedItem> unsatisfied;
+  for (ListInfo* list : sheet.allLists()) {
+    forEachEntry(list->items, false, [&](Item& item) {
+      if (item.prereq.empty() && !findExclusion(sheet, item)) return;
+      if (prereqSatisfied(sheet, list, item, PrereqMode{true, false}, item.prereq)) return;
+      unsatisfied.push_back(
+          UnsatisfiedItem{list, &item, strprintf("%s: %s", std::string(list->name), item.name)});
+    });
+  }
+  return unsatisfied;
+}
+
+std::string unsatisfiedCountText(std::size_t count) {
+  if (count == 0) return "No unsatisfied requirements";
+  if (count == 1) return "1 item with unsatisfied requirements";
+  return strprintf("%d items with unsatisfied requirements", static_cast<int>(count));
+}
+
 std::string prereqText(const Prereq& prereq, Item* item) {
   if (!prereq.message.empty() || prereq.kind == PrereqKind::MessageOnly) {
     if (prereq.message.starts_with('$')) {

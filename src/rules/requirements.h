@@ -119,6 +119,21 @@ std::optional<Prereq> findExclusion(FileInfo& sheet, const Item& item);
 bool prereqSatisfied(FileInfo& sheet, ListInfo* list, Item& item, PrereqMode mode,
                      std::string_view requirements);
 
+/// An item whose requirements don't hold, as the check of a whole sheet lists it.
+struct UnsatisfiedItem {
+  ListInfo* list = nullptr;
+  Item* item = nullptr;
+  std::string line;  ///< "%s: %s" of list and item
+};
+
+/// Every item of the sheet's lists (groups descended) that has requirements or is excluded by
+/// another item, and whose requirements don't hold with the excluded test, in list order.
+std::vector<UnsatisfiedItem> checkAllPrereq(FileInfo& sheet);
+
+/// The count line of that check: "No unsatisfied requirements", "1 item with unsatisfied
+/// requirements" or "%d items with unsatisfied requirements".
+std::string unsatisfiedCountText(std::size_t count);
+
 /// The display line of a requirement: its message (evaluated when it begins "$"), else the
 /// generated text by kind, "NOT " in front of a negated one. `item` is the context of a message
 /// expression and may be null.

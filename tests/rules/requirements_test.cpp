@@ -252,5 +252,23 @@ TEST_F(RequirementsTest, ExcludedItemsAndWaivers) {
   EXPECT_TRUE(prereqSatisfied(sheet_, feat_->list, *feat_, PrereqMode{false, true}, "Skills:Bow"));
 }
 
+TEST_F(RequirementsTest, CheckOfTheWholeSheet) {
+  EXPECT_TRUE(checkAllPrereq(sheet_).empty());
+  EXPECT_EQ(unsatisfiedCountText(0), "No unsatisfied requirements");
+  feat_->prereq = "Skills:Bow";
+  std::vector<UnsatisfiedItem> unsatisfied = checkAllPrereq(sheet_);
+  ASSERT_EQ(unsatisfied.size(), 1u);
+  EXPECT_EQ(unsatisfied[0].line, "Feats: Feat");
+  EXPECT_EQ(unsatisfiedCountText(unsatisfied.size()), "1 item with unsatisfied requirements");
+
+  feat_->prereq.clear();
+  sword_->prereq = "!Feats:Feat";  // neither holds while both stand: Sword excludes Feat
+  unsatisfied = checkAllPrereq(sheet_);
+  ASSERT_EQ(unsatisfied.size(), 2u);
+  EXPECT_EQ(unsatisfied[0].line, "Skills: Sword");
+  EXPECT_EQ(unsatisfied[1].line, "Feats: Feat");
+  EXPECT_EQ(unsatisfiedCountText(unsatisfied.size()), "2 items with unsatisfied requirements");
+}
+
 }  // namespace
 }  // namespace zv::testing
