@@ -565,6 +565,42 @@ bool prereqSatisfied(FileInfo& sheet, ListInfo* list, Item& item, PrereqMode mod
   return groupMet && (!clauseOpen || clauseMet);
 }
 
+std::optional<PrereqOrderError> checkPrereqOrder(std::string_view text) {
+  // The operator behind the last requirement met, and whether a requirement stood since.
+  std::optional<PrereqConnector> pending;
+  bool requirementSince = false;
+  bool blank = true;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (c == '\\') {
+      ++i;
+      blank = false;
+      continue;
+    }
+    if (c != '|' && c != '~' && c != ';') {
+      if (c != ' ') blank = false;
+      continue;
+    }
+    const bool hadRequirement = !blank;
+    blank = true;
+    if (hadRequirement) requirementSince = true;
+    if (c == ';') continue;
+    const PrereqConnector connector = c == '|' ? PrereqConnector::Or : PrereqConnector::Then;
+    if (pending && !requirementSince) {
+      if (connector == PrereqConnector::Or) {
+        return PrereqOrderError{"OR Error", "OR cannot directly follow another OR or THEN"};
+      }
+      return PrereqOrderError{"Then Error", "THEN cannot directly follow an OR or another THEN"};
+    }
+    pending = connector;
+    requirementSince = false;
+  }
+  if (pending && !requirementSince && blank) {
+    return PrereqOrderError{"Order Error", "OR and THEN cannot be last."};
+  }
+  return std::nullopt;
+}
+
 std::vector<UnsatisfiedItem> checkAllPrereq(FileInfo& sheet) {
   std::vector<UnsatisfiedItem> unsatisfied;
   for (ListInfo* list : sheet.allLists()) {

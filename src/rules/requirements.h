@@ -119,6 +119,18 @@ std::optional<Prereq> findExclusion(FileInfo& sheet, const Item& item);
 bool prereqSatisfied(FileInfo& sheet, ListInfo* list, Item& item, PrereqMode mode,
                      std::string_view requirements);
 
+/// A fault of the order of operators that the requirement editor refuses: its box title and text.
+struct PrereqOrderError {
+  std::string title;
+  std::string text;
+};
+
+/// The editor's check of a requirement text's operators: "OR cannot directly follow another OR
+/// or THEN" ("OR Error"), "THEN cannot directly follow an OR or another THEN" ("Then Error"),
+/// "OR and THEN cannot be last." ("Order Error"); nullopt when the order is good. "Directly" means
+/// with no requirement between them.
+std::optional<PrereqOrderError> checkPrereqOrder(std::string_view text);
+
 /// An item whose requirements don't hold, as the check of a whole sheet lists it.
 struct UnsatisfiedItem {
   ListInfo* list = nullptr;

@@ -270,5 +270,29 @@ TEST_F(RequirementsTest, CheckOfTheWholeSheet) {
   EXPECT_EQ(unsatisfiedCountText(unsatisfied.size()), "2 items with unsatisfied requirements");
 }
 
+TEST_F(RequirementsTest, EditorOrderOfOperators) {
+  struct Case {
+    const char* text;
+    const char* title;  // null: accepted
+  };
+  const Case cases[] = {
+      {"a|b~c;d", nullptr},      {"a|;b", nullptr},     {"a\\|", nullptr},
+      {"a||b", "OR Error"},      {"a~|b", "OR Error"},  {"a|~b", "Then Error"},
+      {"a~ ; ~b", "Then Error"}, {"a|", "Order Error"}, {"a~ ;", "Order Error"},
+  };
+  for (const Case& c : cases) {
+    std::optional<PrereqOrderError> error = checkPrereqOrder(c.text);
+    if (c.title == nullptr) {
+      EXPECT_FALSE(error) << c.text;
+    } else {
+      ASSERT_TRUE(error) << c.text;
+      EXPECT_EQ(error->title, c.title) << c.text;
+    }
+  }
+  EXPECT_EQ(checkPrereqOrder("a||b")->text, "OR cannot directly follow another OR or THEN");
+  EXPECT_EQ(checkPrereqOrder("a|~b")->text, "THEN cannot directly follow an OR or another THEN");
+  EXPECT_EQ(checkPrereqOrder("a|")->text, "OR and THEN cannot be last.");
+}
+
 }  // namespace
 }  // namespace zv::testing
