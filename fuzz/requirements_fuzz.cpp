@@ -1,6 +1,7 @@
 // Feeds the input to the requirement parser as an item's `prereq` text on a small sheet: parsed
 // with and without evaluation, each requirement written back and read again, shown as its display
-// line, and tested with prereqSatisfied. Nothing may crash. A written text need not read back the
+// line, tested with prereqSatisfied and the check of the whole sheet, and its operators checked
+// as the editor does. Nothing may crash. A written text need not read back the
 // same: the writer escapes only "!", ";", "\", "|" and "~", so a name that held an escaped "<"
 // reads back as a comparison.
 
@@ -74,5 +75,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     }
   }
   zv::prereqSatisfied(sheet, sheet.lists[1].get(), feat, zv::PrereqMode{true, false}, text);
+  (void)zv::checkPrereqOrder(text);
+  (void)zv::checkAllPrereq(sheet);
   return 0;
 }
