@@ -18,6 +18,7 @@
 #include "core/numbers.h"
 #include "core/random.h"
 #include "core/settings.h"
+#include "formats/data_sheet_loader.h"
 #include "ui/main_frame.h"
 #include "ui/qt_host.h"
 #include "ui/text_codec.h"
@@ -81,6 +82,13 @@ int main(int argc, char** argv) {
   zv::ui::MainFrame frame(settings, appSettings);
   frame.showFromSettings();
   frame.readRecentFiles();
+
+  // The default data sheets; later loads (not nested in another) pump messages as they read.
+  zv::DataSheetEnvironment& dataSheets = zv::dataSheetEnvironment();
+  dataSheets.dataDir = appSettings.sourceDirectory;
+  dataSheets.copyrightDelay = appSettings.copyrightDelay;
+  zv::loadDefaultDataSheets(settings);
+  dataSheets.pumpMessages = true;
 
   bool startedByHandOver = qEnvironmentVariableIsSet(zv::ui::kHandOverVariable);
   qunsetenv(zv::ui::kHandOverVariable);

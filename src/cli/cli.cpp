@@ -17,8 +17,8 @@ struct CommandEntry {
 };
 
 constexpr CommandEntry kCommands[] = {
-    {"identify", runIdentify}, {"convert", runConvert}, {"dump", runDump},
-    {"eval", runEval},         {"expand", runExpand},   {"roll", runRoll},
+    {"identify", runIdentify}, {"convert", runConvert},    {"dump", runDump}, {"eval", runEval},
+    {"expand", runExpand},     {"load-data", runLoadData}, {"roll", runRoll},
 };
 
 /// Takes the global options from the front of `args`; false on a bad option.
@@ -76,14 +76,19 @@ std::string helpText() {
          "                     8 conversion script, 9 group, 10 data sheet list, -1 unknown,\n"
          "                     -2 can't be opened, -3 not recognizable)\n"
          "  convert IN OUT [--text|--binary]\n"
-         "                     read a sheet or template and write it in the form asked\n"
-         "                     (default: the form it was read in; templates always text)\n"
-         "  dump FILE          a sheet or template as the engine computed it, as JSON\n"
+         "                     read a sheet, template or data sheet and write it in the\n"
+         "                     form asked (default: the form it was read in; templates\n"
+         "                     always text; a macro data sheet compiles to a data sheet)\n"
+         "  dump FILE          a sheet or template (its data sheets loaded) as the engine\n"
+         "                     computed it, or a data sheet with all its items, as JSON\n"
          "  eval [--sheet FILE [--item LIST:NAME]] EXPR\n"
          "                     the value of an expression as the program shows it; an\n"
          "                     expression error goes to stderr with exit status 1; with\n"
          "                     --item, as a formula of that item of the sheet\n"
          "  expand FILE        the macro processor's output for a text data sheet\n"
+         "  load-data NAME...  load data sheets (a path, or a short name in the data\n"
+         "                     directory) into their game systems and print them as JSON:\n"
+         "                     categories with item counts, options, strings, definitions\n"
          "  roll DICE          the die roller's result for a dice text such as 3d6+2,\n"
          "                     3:4d6, 5c100, 5p52 or 6*3d6 (blanks are ignored)\n"
          "\n"

@@ -5,6 +5,7 @@
 #include "core/messages.h"
 #include "core/numbers.h"
 #include "core/random.h"
+#include "formats/data_sheet_loader.h"
 
 namespace zv::cli {
 
@@ -29,6 +30,9 @@ Context::Context(const GlobalOptions& options)
   setUseFractions(appSettings_.useFractions);
   dataDir_ = options.dataDir.empty() ? appSettings_.sourceDirectory
                                      : std::filesystem::path(options.dataDir);
+  DataSheetEnvironment& dataSheets = dataSheetEnvironment();
+  dataSheets.dataDir = dataDir_;
+  dataSheets.copyrightDelay = appSettings_.copyrightDelay;
   seedRandom(options.seed ? *options.seed : seedFromClock());
   utilities_ = std::make_unique<UtilitiesInstallation>(settings_, dataDir_);
 }

@@ -2,15 +2,37 @@
 #include "cli/open_sheet.h"
 #include "core/atomic_file.h"
 #include "core/messages.h"
+#include "formats/data_sheet_document.h"
+#include "formats/data_sheet_writer.h"
 #include "formats/sheet_writer.h"
 #include "formats/tokenstream.h"
 
 namespace zv::cli {
 
+namespace {
+
+/// A data sheet read on its own and written again; a macro data sheet comes out compiled.
+int convertDataSheet(Context& context, const std::string& in, const std::string& out,
+                     std::optional<bool> binary) {
+  DataSheetContents contents;
+  if (!readDataSheetContents(in, contents, context.dataDir())) return 1;
+  MemoryByteStream output;
+  if (writeDataSheet(contents.file, *contents.system, output,
+                     binary.value_or(contents.file.binary)) != kWriteOk)
+    return 1;
+  if (!writeFileAtomically(out, output.data())) {
+    showError(strprintf("Error writing file %s", out));
+    return 1;
+  }
+  return 0;
+}
+
+}  // namespace
+
 // convert IN OUT [--text|--binary]: reads a sheet or template and writes it in the form asked,
 // by default the form it was read in (templates are always text). The output file is replaced
 // only once the whole document has been written.
-int runConvert(Context&, const std::vector<std::string>& args) {
+int runConvert(Context& context, const std::vector<std::string>& args) {
   std::vector<std::string> files;
   std::optional<bool> binary;
   for (const std::string& arg : args) {
@@ -23,6 +45,7 @@ int runConvert(Context&, const std::vector<std::string>& args) {
     }
   }
   if (files.size() != 2) return usageError("convert takes an input and an output file");
+  if (isDataSheetFile(files[0])) return convertDataSheet(context, files[0], files[1], binary);
 
   std::unique_ptr<FileInfo> sheet = openSheet(files[0]);
   if (!sheet) return 1;

@@ -1,11 +1,13 @@
 #include <iostream>
 
 #include "cli/commands.h"
+#include "cli/game_system_json.h"
 #include "cli/json_writer.h"
 #include "cli/open_sheet.h"
 #include "core/item.h"
 #include "core/list_info.h"
 #include "expr/symbols.h"
+#include "formats/data_sheet_document.h"
 
 namespace zv::cli {
 
@@ -36,11 +38,45 @@ void writeItems(JsonWriter& json, const ItemChain& items) {
   json.endArray();
 }
 
+/// A data sheet on its own (its game system private, nothing loaded), with all its items.
+int dumpDataSheet(Context& context, const std::string& path) {
+  DataSheetContents contents;
+  if (!readDataSheetContents(path, contents, context.dataDir())) return 1;
+  const DataSheetFile& file = contents.file;
+  JsonWriter json;
+  json.beginObject();
+  json.key("gameSystem");
+  json.string(contents.system->name.str());
+  json.key("fileType");
+  json.integer(6);
+  json.key("title");
+  json.string(file.title);
+  json.key("copyright");
+  json.string(file.copyright);
+  json.key("level");
+  json.integer(file.level);
+  json.key("binary");
+  json.integer(file.binary ? 1 : 0);
+  json.key("dataFiles");
+  json.beginArray();
+  for (const std::string& name : file.dataFiles)
+    json.string(name);
+  json.endArray();
+  json.key("help");
+  json.string(file.helpFile);
+  writeMasterData(json, *contents.system, file.defines, true);
+  json.endObject();
+  std::cout << json.text() << '\n';
+  return 0;
+}
+
 }  // namespace
 
-// dump FILE: the sheet as the engine computed it, as JSON.
-int runDump(Context&, const std::vector<std::string>& args) {
+// dump FILE: the sheet (its data sheets loaded) as the engine computed it, or a data sheet, as
+// JSON.
+int runDump(Context& context, const std::vector<std::string>& args) {
   if (args.size() != 1) return usageError("dump takes one file");
+  if (isDataSheetFile(args[0])) return dumpDataSheet(context, args[0]);
   std::unique_ptr<FileInfo> sheet = openSheet(args[0]);
   if (!sheet) return 1;
 
@@ -76,6 +112,11 @@ int runDump(Context&, const std::vector<std::string>& args) {
     }
   }
   json.endObject();
+  json.key("dataFiles");
+  json.beginArray();
+  for (const std::string& name : sheet->dataFiles)
+    json.string(name);
+  json.endArray();
   json.endObject();
   std::cout << json.text() << '\n';
   return 0;

@@ -1,5 +1,7 @@
 #include "core/game_system.h"
 
+#include <algorithm>
+
 #include "core/game_systems.h"
 #include "core/text.h"
 
@@ -10,6 +12,34 @@ Item& Category::appendItem(std::unique_ptr<Item> item) {
   item->position = static_cast<std::int32_t>(items.size());
   items.push_back(std::move(item));
   return *items.back();
+}
+
+namespace {
+
+void collectItems(const ItemChain& chain, std::vector<Item*>& out) {
+  for (const auto& item : chain) {
+    out.push_back(item.get());
+    if (item->isSublist()) collectItems(item->children, out);
+  }
+}
+
+}  // namespace
+
+void Category::rebuildIndex() {
+  index.clear();
+  collectItems(items, index);
+  std::stable_sort(index.begin(), index.end(), [](const Item* a, const Item* b) {
+    return compareIgnoringCase(a->name, b->name) < 0;
+  });
+}
+
+Item* Category::findItem(std::string_view itemName) const {
+  auto found = std::lower_bound(index.begin(), index.end(), itemName,
+                                [](const Item* item, std::string_view name) {
+                                  return compareIgnoringCase(item->name, name) < 0;
+                                });
+  if (found == index.end() || !equalsIgnoringCase((*found)->name, itemName)) return nullptr;
+  return *found;
 }
 
 GameSystem::GameSystem(std::string_view systemName) : name(systemName) {

@@ -14,6 +14,7 @@
 #include "core/fixed_string.h"
 #include "core/item.h"
 #include "core/option.h"
+#include "core/option_tree.h"
 #include "core/record_limits.h"
 
 namespace zv {
@@ -43,9 +44,16 @@ struct Category {
   std::int16_t sort = 0;  ///< keyword `sort`: the sort mode of the items
   ItemChain items;
   std::vector<AltFormat> altFormats;
+  /// The lookup index: every master item of the category, members of sublists too, sorted by
+  /// name ignoring case (load order among equal names). Rebuilt when a load or unload ends.
+  std::vector<Item*> index;
 
   /// Appends a master item (no owner, no list) at the next position.
   Item& appendItem(std::unique_ptr<Item> item);
+  /// Fills the lookup index from the items as they stand.
+  void rebuildIndex();
+  /// The first master item of that name (ignoring case) through the index; null if there is none.
+  Item* findItem(std::string_view itemName) const;
 };
 
 /// A preference a game system declares in a `.pref` file: its name (the file's section), the
@@ -70,7 +78,7 @@ struct GameSystem {
   std::vector<OpenDataSheet> dataSheets;              ///< in load order
   std::vector<std::unique_ptr<Category>> categories;  ///< in first-seen order
   std::vector<StringDef> strings;
-  std::vector<std::unique_ptr<Option>> options;  ///< the master option tree
+  OptionTree options;  ///< the master option tree: groups and options of every data sheet
   /// The definitions of the data sheets; the same table as master.symbols once created.
   std::shared_ptr<SymbolTable> symbols;
   /// Stands as the owner of the master items so that expression code treats them like sheet

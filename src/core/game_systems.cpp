@@ -95,6 +95,13 @@ FileInfo* findSheet(std::int32_t sheetId) {
   return found == sheets.end() ? nullptr : found->second;
 }
 
+std::vector<FileInfo*> openSheets() {
+  std::vector<FileInfo*> result;
+  for (const auto& [id, sheet] : sheetRegistry().sheets)
+    result.push_back(sheet);
+  return result;
+}
+
 void unregisterSheet(const FileInfo& fileInfo) {
   if (fileInfo.sheetId == 0) return;
   auto& sheets = sheetRegistry().sheets;

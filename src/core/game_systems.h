@@ -35,6 +35,8 @@ std::int32_t nextSheetId();
 std::int32_t registerSheet(FileInfo& fileInfo);
 /// The open sheet with that id, or null.
 FileInfo* findSheet(std::int32_t sheetId);
+/// Every open sheet of the registry, in the order of their ids.
+std::vector<FileInfo*> openSheets();
 /// Takes the sheet out of the registry (if it is the one registered under its id).
 void unregisterSheet(const FileInfo& fileInfo);
 

@@ -169,6 +169,13 @@ void HeadlessHost::sleepMs(int milliseconds) {
   if (realSleep_) std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
+bool HeadlessHost::waitForInput(int milliseconds) {
+  if (milliseconds <= 0) return false;
+  waitedForInputMs_ += milliseconds;
+  if (realSleep_) std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+  return false;
+}
+
 ProcessResult HeadlessHost::runProcess(const std::string& commandLine, int timeoutMs) {
   ProcessResult result;
   pid_t pid = 0;

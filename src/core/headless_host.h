@@ -35,6 +35,8 @@ class HeadlessHost : public Host {
   void clearTranscript() { transcript_.clear(); }
   /// Milliseconds that sleepMs was asked to wait in all.
   long sleptMs() const { return sleptMs_; }
+  /// Milliseconds that waitForInput was asked to wait in all.
+  long waitedForInputMs() const { return waitedForInputMs_; }
 
   void message(Severity severity, std::string_view title, std::string_view text) override;
   Button ask(const Question& question) override;
@@ -53,6 +55,8 @@ class HeadlessHost : public Host {
   void setBusy(bool) override {}
   LocalTime now() override;
   void sleepMs(int milliseconds) override;
+  /// Nobody presses a key here: waits like sleepMs (really only with setRealSleep).
+  bool waitForInput(int milliseconds) override;
   PixelsPerInch screenPixelsPerInch() override { return ppi_; }
   ProcessResult runProcess(const std::string& commandLine, int timeoutMs) override;
   bool openWithSystem(const std::string& path) override;
@@ -72,6 +76,7 @@ class HeadlessHost : public Host {
   PixelsPerInch ppi_;
   bool realSleep_ = false;
   long sleptMs_ = 0;
+  long waitedForInputMs_ = 0;
   long interruptAfter_ = -1;
   long polls_ = 0;
 };

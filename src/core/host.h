@@ -106,6 +106,9 @@ class Host {
 
   virtual LocalTime now() = 0;
   virtual void sleepMs(int milliseconds) = 0;
+  /// Waits up to `milliseconds` while the user interface handles events; a key press or a mouse
+  /// button ends the wait early, and then the result is true (the copyright delay of a load).
+  virtual bool waitForInput(int milliseconds) = 0;
   virtual PixelsPerInch screenPixelsPerInch() = 0;
   virtual ProcessResult runProcess(const std::string& commandLine, int timeoutMs) = 0;
   /// Hands a file to the program the system associates with its type.

@@ -10,6 +10,7 @@
 #include "core/record_limits.h"
 #include "core/strfmt.h"
 #include "core/text.h"
+#include "formats/data_sheet_charsheet.h"
 #include "formats/data_sheet_sort.h"
 #include "formats/level_warnings.h"
 #include "formats/macro_context.h"
@@ -43,12 +44,19 @@ class CategorySink : public ItemSink {
 
 class DataSheetReader {
  public:
-  DataSheetReader(TokenStream& input, DataSheetFile& file, const DataSheetReadOptions& options)
-      : in_(input), file_(file), options_(options), grammar_(input, scratch_, sheetOptions_) {}
+  DataSheetReader(ByteStream& bytes, TokenStream& input, DataSheetFile& file,
+                  const DataSheetReadOptions& options)
+      : bytes_(bytes),
+        in_(input),
+        file_(file),
+        options_(options),
+        grammar_(input, scratch_, sheetOptions_) {}
 
   bool read();
 
  private:
+  bool finish();
+  void startLongBlock();
   bool readKeyword(const SheetToken& token);
   bool readPageInfo();
   bool readCategory();
@@ -59,12 +67,14 @@ class DataSheetReader {
   bool improper(const SheetToken& token);
   static int line() { return tokenLineState().lineNumber; }
 
+  ByteStream& bytes_;
   TokenStream& in_;
   DataSheetFile& file_;
   const DataSheetReadOptions& options_;
   FileInfo scratch_;
   SheetReadOptions sheetOptions_;
   SheetGrammar grammar_;
+  bool progressShown_ = false;
 };
 
 bool DataSheetReader::improper(const SheetToken& token) {
@@ -78,11 +88,16 @@ bool DataSheetReader::read() {
     showTitled(Severity::Error, "Empty File", strprintf("The data sheet %s is empty.", file_.name));
     return false;
   }
-  if (first != kDataSheetFirstWord && first != kMacroDataSheetFirstWord) {
+  const bool charsheet = first == kCharsheetFirstWord;
+  if (first != kDataSheetFirstWord && first != kMacroDataSheetFirstWord && !charsheet) {
     showError(strprintf("File %s is not a data sheet file.", file_.name));
     return false;
   }
   file_.id = nextDataSheetId();
+  if (charsheet) {
+    if (!readCharsheetAsDataSheet(bytes_, file_, options_)) return false;
+    return finish();
+  }
   sheetOptions_.sourceId = file_.id;
   sheetOptions_.loadData = false;
   scratch_.fileType = 6;
@@ -93,6 +108,7 @@ bool DataSheetReader::read() {
     if (token.atEnd()) return grammar_.fail("End missing");
     if (token.is(kEnd)) break;
     if (token.isWord()) return improper(token);
+    if (progressShown_ && options_.pump) options_.pump();
     if (!readKeyword(token)) {
       if (grammar_.reported()) return false;
       return grammar_.fail(strprintf("Read error on data sheet %s", file_.name));
@@ -100,15 +116,30 @@ bool DataSheetReader::read() {
   }
   if (file_.gameSystem == nullptr)
     return grammar_.fail(strprintf("Game system not specified for data sheet file %s", file_.name));
-  sortDataSheetItems(*file_.gameSystem, options_.buildIndex);
+  return finish();
+}
+
+bool DataSheetReader::finish() {
+  GameSystem& system = *file_.gameSystem;
+  sortDataSheetItems(system, options_.buildIndex);
+  if (options_.buildIndex) {
+    for (auto& category : system.categories)
+      category->rebuildIndex();
+  }
   OpenDataSheet record;
   record.id = file_.id;
   record.name = file_.name;
   record.helpFile = file_.helpFile;
   record.level = file_.level;
-  file_.gameSystem->dataSheets.push_back(std::move(record));
+  system.dataSheets.push_back(std::move(record));
   checkLevel();
   return true;
+}
+
+void DataSheetReader::startLongBlock() {
+  if (progressShown_) return;
+  progressShown_ = true;
+  if (options_.onLongBlock) options_.onLongBlock(file_);
 }
 
 bool DataSheetReader::needGameSystem() {
@@ -163,11 +194,17 @@ bool DataSheetReader::readKeyword(const SheetToken& token) {
     case kDefine:
       return needGameSystem() && g.readDefineBlock(file_.defines);
     case kCat:
-      return needGameSystem() && readCategory();
+      if (!needGameSystem()) return false;
+      startLongBlock();
+      return readCategory();
     case kStrings:
-      return needGameSystem() && readStrings();
+      if (!needGameSystem()) return false;
+      startLongBlock();
+      return readStrings();
     case kOptions:
-      return needGameSystem() && readOptions(file_.options, 0);
+      if (!needGameSystem()) return false;
+      startLongBlock();
+      return readOptions(file_.gameSystem->options, 0);
     default:
       return improper(token);
   }
@@ -300,6 +337,7 @@ bool DataSheetReader::readStrings() {
     auto found = std::find_if(strings.begin(), strings.end(),
                               [&](const StringDef& def) { return def.name == token.text; });
     if (found == strings.end()) {
+      file_.stringsAdded.push_back(token.text);
       strings.push_back({token.text, value});
     } else if (found->value != value) {
       showError(strprintf("String def %s inconsistent in file %s", token.text, file_.name));
@@ -321,14 +359,10 @@ bool DataSheetReader::readOptions(OptionTree& level, int depth) {
       if (!readOptions(group.entries, depth + 1)) return false;
       continue;
     }
-    if (!isOptionKind(token.id))
+    if (!token.is(kBegin) && !isOptionKind(token.id))
       return g.fail(strprintf("Bad option type: %s (line %d)", token.text, line()));
-    auto option = std::make_unique<Option>();
-    option->kind = token.id;
-    if (!g.readText(option->name)) return false;
-    if (optionKindCarriesExpression(option->kind) && !g.readText(option->auxExpression))
-      return false;
-    if (!g.readText(option->value)) return false;
+    std::unique_ptr<Option> option;
+    if (!g.readOptionEntry(token, option)) return false;
     OptionTreeEntry leaf;
     leaf.name = option->name;
     leaf.depth = depth;
@@ -357,7 +391,12 @@ void DataSheetReader::checkLevel() {
 
 }  // namespace
 
-bool readDataSheet(ByteStream& input, DataSheetFile& file, const DataSheetReadOptions& options) {
+namespace {
+
+/// The read over `input`; `wholeFile` is the same bytes when they are in memory, so that the
+/// macro processor reads them without a call per character.
+bool readFrom(ByteStream& input, std::string_view wholeFile, DataSheetFile& file,
+              const DataSheetReadOptions& options) {
   TokenStream stream;
   stream.setStream(&input);
   stream.setName(file.name);
@@ -366,15 +405,30 @@ bool readDataSheet(ByteStream& input, DataSheetFile& file, const DataSheetReadOp
   MacroContextScope scope;
   if (!stream.binary()) {
     tokenLineState() = TokenLineState{1, true};
-    macroContext().macroStart(
-        file.path, [&stream] { return stream.readByte(); }, options.dataDir);
+    if (wholeFile.empty()) {
+      macroContext().macroStart(
+          file.path, [&stream] { return stream.readByte(); }, options.dataDir);
+    } else {
+      macroContext().macroStartText(file.path, wholeFile, options.dataDir);
+    }
     stream.setCharSource(&macroContext());
   }
-  DataSheetReader reader(stream, file, options);
+  DataSheetReader reader(input, stream, file, options);
   const bool ok = reader.read();
   stream.setCharSource(nullptr);
   macroContext().macroClear();
   return ok;
+}
+
+}  // namespace
+
+bool readDataSheet(ByteStream& input, DataSheetFile& file, const DataSheetReadOptions& options) {
+  return readFrom(input, {}, file, options);
+}
+
+bool readDataSheet(std::string bytes, DataSheetFile& file, const DataSheetReadOptions& options) {
+  MemoryByteStream input(std::move(bytes));
+  return readFrom(input, input.data(), file, options);
 }
 
 }  // namespace zv

@@ -11,7 +11,7 @@
 
 #include "core/basic_records.h"
 #include "core/game_system.h"
-#include "formats/data_sheet_options.h"
+#include "core/option_tree.h"
 #include "formats/tokenstream.h"
 
 namespace zv {
@@ -36,7 +36,8 @@ struct DataSheetFile {
   std::string helpFile;
   std::vector<DefineRec> defines;  ///< read with the sheet's id as sourceId
   std::int32_t cdelay = -1;        ///< `cdelay` from the file; -1 when absent
-  OptionTree options;              ///< the `options` block, groups merged by name
+  /// Names of the strings this file added to its game system (a failed load takes them away).
+  std::vector<std::string> stringsAdded;
 };
 
 struct DataSheetReadOptions {
@@ -47,12 +48,23 @@ struct DataSheetReadOptions {
   /// The master data's lookup index is wanted: duplicates of lower priority are removed when
   /// the categories are sorted at the end. Off for a data sheet read as a document.
   bool buildIndex = true;
+  /// Called once, at the first block that takes time (`cat`, `options`, `strings`), when the
+  /// title and copyright have been read: the loader shows its progress there.
+  std::function<void(const DataSheetFile&)> onLongBlock;
+  /// Called at each top-level keyword once the progress shows: the loader pumps messages there.
+  std::function<void()> pump;
 };
 
 /// Reads the data sheet from `input` (positioned at its first byte) into `file`, whose name and
-/// path the caller has set. The categories, strings and an OpenDataSheet record go into the game
-/// system. On failure the reason has been shown and false is returned.
+/// path the caller has set. The categories, options, strings and an OpenDataSheet record go into
+/// the game system. A character sheet file stands in as a data sheet: its lists feed the
+/// categories they name (`input` must then be able to rewind). On failure the reason has been
+/// shown and false is returned; what the file had put into the game system is still there, under
+/// file.id, for the caller to remove.
 bool readDataSheet(ByteStream& input, DataSheetFile& file,
+                   const DataSheetReadOptions& options = {});
+/// The same over the whole file in memory (the faster way for a text data sheet).
+bool readDataSheet(std::string bytes, DataSheetFile& file,
                    const DataSheetReadOptions& options = {});
 
 }  // namespace zv

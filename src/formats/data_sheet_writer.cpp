@@ -92,11 +92,7 @@ void writeOptionEntries(SheetOut& out, const OptionTree& level) {
       writeOptionEntries(out, entry.entries);
       out.keyword(kEnd);
     } else {
-      const Option& option = *entry.option;
-      out.keyword(option.kind);
-      out.string(option.name);
-      if (optionKindCarriesExpression(option.kind)) out.string(option.auxExpression);
-      out.string(option.value);
+      writeOptionEntry(out, *entry.option);
     }
     out.lineBreak();
   }
@@ -139,10 +135,10 @@ int writeDataSheet(const DataSheetFile& file, const GameSystem& system, ByteStre
   for (const auto& category : system.categories)
     writeCategory(out, *category);
   writeStrings(out, system.strings);
-  if (!file.options.empty()) {
+  if (!system.options.empty()) {
     out.keyword(kOptions);
     out.lineBreak();
-    writeOptionEntries(out, file.options);
+    writeOptionEntries(out, system.options);
     out.keyword(kEnd);
     out.lineBreak();
   }

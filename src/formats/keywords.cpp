@@ -1,7 +1,9 @@
 #include "formats/keywords.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 
 #include "core/text.h"
 
@@ -219,6 +221,22 @@ struct NamesById {
   }
 };
 
+// The rows of each first letter (ignoring case), and the longest name: a word is looked up only
+// among the rows of its first letter, and a longer word is no keyword at all.
+struct RowsByFirstLetter {
+  std::array<std::uint16_t, 257> start{};
+  std::size_t longest = 0;
+  RowsByFirstLetter() {
+    std::array<std::uint16_t, 256> count{};
+    for (const KeywordRow& row : kRows) {
+      ++count[toLowerChar(static_cast<unsigned char>(row.name[0]))];
+      longest = std::max(longest, row.name.size());
+    }
+    for (std::size_t c = 0; c < 256; ++c)
+      start[c + 1] = static_cast<std::uint16_t>(start[c] + count[c]);
+  }
+};
+
 }  // namespace
 
 const KeywordRow* keywordRows() {
@@ -226,8 +244,11 @@ const KeywordRow* keywordRows() {
 }
 
 int keywordId(std::string_view name) {
-  size_t low = 0;
-  size_t high = kRows.size();
+  static const RowsByFirstLetter letters;
+  if (name.empty() || name.size() > letters.longest) return 0;
+  const unsigned char first = toLowerChar(static_cast<unsigned char>(name[0]));
+  size_t low = letters.start[first];
+  size_t high = letters.start[first + 1];
   while (low < high) {
     size_t mid = (low + high) / 2;
     int order = compareIgnoringCase(kRows[mid].name, name);

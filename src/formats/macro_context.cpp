@@ -37,6 +37,12 @@ void MacroContext::macroStart(const std::filesystem::path& sourcePath, RawReader
   state_.budget = budgetLimit_;
 }
 
+void MacroContext::macroStartText(const std::filesystem::path& sourcePath, std::string_view text,
+                                  const std::filesystem::path& dataDir) {
+  macroStart(sourcePath, nullptr, dataDir);
+  state_.baseText = text;
+}
+
 void MacroContext::macroClear() {
   state_ = State{};
 }
@@ -71,8 +77,12 @@ int MacroContext::rawChar() {
     if (include.position < include.data.size()) return asChar(include.data[include.position++]);
     st.includeStack.pop_back();
   }
-  if (!st.rawRead) return kEnd;
-  int c = st.rawRead();
+  int c = kEnd;
+  if (st.basePosition < st.baseText.size()) {
+    c = asChar(st.baseText[st.basePosition++]);
+  } else if (st.rawRead) {
+    c = st.rawRead();
+  }
   if (c < 0 || c > 255) return kEnd;
   if (c == '\n') ++st.lineNumber;
   return c;
@@ -222,10 +232,14 @@ int MacroContext::macroNextChar() {
       }
       if (st.pendingPos < st.pending.size()) return asChar(st.pending[st.pendingPos++]);
       if (st.outputCursor < st.output.size()) return asChar(st.output[st.outputCursor++]);
-      st.output.clear();
-      st.outputCursor = 0;
-      st.pending.clear();
-      st.pendingPos = 0;
+      if (!st.output.empty()) {
+        st.output.clear();
+        st.outputCursor = 0;
+      }
+      if (!st.pending.empty()) {
+        st.pending.clear();
+        st.pendingPos = 0;
+      }
 
       int c = rawChar();
       if (c == kEnd) {

@@ -56,6 +56,9 @@ class MacroContext : public CharSource {
   /// Everything that a nested load moves aside. Copyable and movable.
   struct State {
     RawReader rawRead;
+    /// The base file when it is held whole in memory; read before `rawRead` is asked.
+    std::string_view baseText;
+    std::size_t basePosition = 0;
     std::filesystem::path sourcePath;  ///< the file being read, for finding includes
     std::filesystem::path dataDir;     ///< where includes are looked for second
     std::vector<MacroDef> macros;
@@ -88,6 +91,10 @@ class MacroContext : public CharSource {
   MacroContext();
 
   /// Starts reading a file: the state is cleared, `rawRead` reads the base file, line 1.
+  /// Starts reading a base file held whole in memory (it must outlive the reading): the same as
+  /// with a byte reader, without a call per character.
+  void macroStartText(const std::filesystem::path& sourcePath, std::string_view text,
+                      const std::filesystem::path& dataDir = {});
   void macroStart(const std::filesystem::path& sourcePath, RawReader rawRead,
                   const std::filesystem::path& dataDir = {});
   /// Frees macros, defines, argument types, the output and open include files.
@@ -155,6 +162,11 @@ class MacroContext : public CharSource {
   int skipBlanksAndBreaks();  // spaces, tabs, CR and LF
   std::string readWord(std::size_t limit, bool underscore, int& terminator);
   bool appendOutput(std::string_view text);
+  bool appendOutput(char c) {
+    if (state_.output.size() + 1 >= kOutputLimit) return appendOutput(std::string_view(&c, 1));
+    state_.output.push_back(c);
+    return true;
+  }
   bool spendBudget();
   const std::string& currentName() const;
   std::optional<std::string> lookupValue(std::string_view name) const;

@@ -71,8 +71,7 @@ void MacroContext::runExpansion(Expansion& expansion) {
     if (c == '"' && previous != '\\') expansion.quoted = !expansion.quoted;
     previous = c;
     if (expansion.active()) {
-      const char ch = static_cast<char>(c);
-      if (!appendOutput(std::string_view(&ch, 1))) return;
+      if (!appendOutput(static_cast<char>(c))) return;
     }
   }
   if (failed()) return;

@@ -7,6 +7,7 @@
 #include "core/record_limits.h"
 #include "core/text.h"
 #include "expr/symbols.h"
+#include "formats/data_sheet_loader.h"
 #include "formats/expr_sheet_symbols.h"
 #include "formats/file_recognition.h"
 #include "formats/sheet_reader.h"
@@ -69,8 +70,10 @@ std::unique_ptr<FileInfo> openSheetDocument(const std::string& path, std::string
   sheet->path = path;
   SheetReadOptions options;
   options.symbols = &exprSheetSymbols();
-  options.loadData = static_cast<bool>(context.loadDataSheet);
-  options.loadDataSheet = context.loadDataSheet;
+  if (context.loadDataSheets)
+    enableDataSheetLoading(options);
+  else
+    options.loadData = false;
   options.settle = settleSheetLevels;
   options.applyOptions = applyItemOptions;
   if (!readCharsheet(*sheet, input, options)) return nullptr;

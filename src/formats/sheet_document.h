@@ -25,8 +25,9 @@ struct DocumentContext {
   std::function<void(const std::string& path)> noteRecentFile;
   /// Remembers the game system of the last sheet opened (the "gameSystem" setting).
   std::function<void(std::string_view gameSystem)> rememberGameSystem;
-  /// Loads a data sheet that an opened sheet names; empty: none is loaded.
-  std::function<void(FileInfo& sheet, const std::string& dataSheet)> loadDataSheet;
+  /// Whether an opened sheet loads the data sheets it names (a missing one warns once and stays
+  /// listed in the sheet).
+  bool loadDataSheets = true;
   /// The file operations of the backup rule.
   const FileOperations* fileOperations = &FileOperations::disk();
   /// Opens the stream a sheet is written to; empty: the file itself. Tests use it to make a

@@ -114,6 +114,9 @@ class SheetGrammar {
   bool readItemBlock(SheetToken start, ItemSink& sink, SheetToken& following);
   /// After `opt`: the options of the item, up to `end`.
   bool readOptionBlock(Item& item);
+  /// One option that begins with `start`: its kind keyword, or `begin` for the wrapped form
+  /// `begin <kind> ... <tail> end`. The caller has checked that `start` is one of these.
+  bool readOptionEntry(const SheetToken& start, std::unique_ptr<Option>& option);
   /// After `dialog`: the name, size, dialog keywords and fields, up to `end`.
   bool readDialogBlock(DlgInfo& dialog);
 

@@ -126,6 +126,10 @@ void writeItemAttributes(SheetOut& out, const Item& item) {
 
 }  // namespace
 
+void writeOptionEntry(SheetOut& out, const Option& option) {
+  writeOption(out, option);
+}
+
 void writeOptionBlock(SheetOut& out, const std::vector<std::unique_ptr<Option>>& options) {
   out.keyword(kOpt);
   for (const auto& option : options)

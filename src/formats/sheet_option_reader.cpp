@@ -30,6 +30,16 @@ bool SheetGrammar::readOptionBlock(Item& item) {
 }
 
 bool SheetGrammar::readOption(Item& item, const SheetToken& start) {
+  if (!start.is(kBegin) && !isOptionKind(start.id))
+    return fail(strprintf("Unknown option (%s) in item (%d, line %d)", start.text, item.position,
+                          lineNumber()));
+  std::unique_ptr<Option> option;
+  if (!readOptionEntry(start, option)) return false;
+  item.options.push_back(std::move(option));
+  return true;
+}
+
+bool SheetGrammar::readOptionEntry(const SheetToken& start, std::unique_ptr<Option>& result) {
   const bool wrapped = start.is(kBegin);
   SheetToken kind = start;
   if (wrapped) {
@@ -38,9 +48,6 @@ bool SheetGrammar::readOption(Item& item, const SheetToken& start) {
     if (!isOptionKind(kind.id))
       return fail(
           strprintf("Unrecognized keyword for option: %s (line %d)", kind.text, lineNumber()));
-  } else if (!isOptionKind(kind.id)) {
-    return fail(strprintf("Unknown option (%s) in item (%d, line %d)", kind.text, item.position,
-                          lineNumber()));
   }
   auto option = std::make_unique<Option>();
   option->kind = kind.id;
@@ -53,7 +60,7 @@ bool SheetGrammar::readOption(Item& item, const SheetToken& start) {
     return false;
   }
   if (wrapped && !readOptionTail(*option)) return false;
-  item.options.push_back(std::move(option));
+  result = std::move(option);
   return true;
 }
 

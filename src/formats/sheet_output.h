@@ -77,6 +77,8 @@ class SheetOut {
 void writeListBlock(SheetOut& out, const ListInfo& list);
 void writeItemBlock(SheetOut& out, const Item& item);
 void writeOptionBlock(SheetOut& out, const std::vector<std::unique_ptr<Option>>& options);
+/// One option: its kind and texts, wrapped in `begin ... end` when it has more to say.
+void writeOptionEntry(SheetOut& out, const Option& option);
 void writeDialogBlock(SheetOut& out, const DlgInfo& dialog);
 
 }  // namespace zv

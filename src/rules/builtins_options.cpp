@@ -54,6 +54,16 @@ bool namesOption(const Option& option, std::string_view name) {
          (!option.alias.empty() && equalsIgnoringCase(option.alias, name));
 }
 
+/// True when the option tree holds a list (group) or an option of that name, at any depth.
+bool offersOption(const OptionTree& level, std::string_view name) {
+  for (const OptionTreeEntry& entry : level) {
+    if (equalsIgnoringCase(entry.name, name)) return true;
+    if (entry.option != nullptr && namesOption(*entry.option, name)) return true;
+    if (offersOption(entry.entries, name)) return true;
+  }
+  return false;
+}
+
 /// The options that count for the item in listings: its own, and the inherited ones while the
 /// PrintInheritedOptions preference is on.
 std::vector<EffectiveOption> listedOptions(Item& item) {
@@ -105,12 +115,7 @@ int builtinOptavailable(BuiltinCall& call) {
   if (!hasArguments(call, 1) || !textArgument(call, 0, name)) return 0;
   const FileInfo* sheet = callSheet(call);
   if (sheet == nullptr || sheet->gameSystem == nullptr) return 0;
-  for (const auto& option : sheet->gameSystem->options) {
-    if (namesOption(*option, trim(name))) {
-      call.result = Value(std::int32_t{1});
-      break;
-    }
-  }
+  call.result = Value(std::int32_t{offersOption(sheet->gameSystem->options, trim(name)) ? 1 : 0});
   return 0;
 }
 

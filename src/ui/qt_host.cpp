@@ -331,6 +331,39 @@ void QtHost::sleepMs(int milliseconds) {
   loop.exec();
 }
 
+namespace {
+
+/// Ends an event loop at the first key press or mouse button anywhere in the application.
+class InputEndsWait : public QObject {
+ public:
+  explicit InputEndsWait(QEventLoop& loop) : loop_(loop) {}
+  bool ended() const { return ended_; }
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::KeyPress || event->type() == QEvent::MouseButtonPress) {
+      ended_ = true;
+      loop_.quit();
+    }
+    return QObject::eventFilter(watched, event);
+  }
+
+ private:
+  QEventLoop& loop_;
+  bool ended_ = false;
+};
+
+}  // namespace
+
+bool QtHost::waitForInput(int milliseconds) {
+  if (milliseconds <= 0 || QCoreApplication::instance() == nullptr) return false;
+  QEventLoop loop;
+  InputEndsWait filter(loop);
+  QCoreApplication::instance()->installEventFilter(&filter);
+  QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+  loop.exec();
+  QCoreApplication::instance()->removeEventFilter(&filter);
+  return filter.ended();
+}
+
 PixelsPerInch QtHost::screenPixelsPerInch() {
   PixelsPerInch ppi;
   if (QScreen* screen = QGuiApplication::primaryScreen()) {

@@ -56,6 +56,7 @@ class QtHost : public Host {
   void setBusy(bool busy) override;
   LocalTime now() override;
   void sleepMs(int milliseconds) override;
+  bool waitForInput(int milliseconds) override;
   PixelsPerInch screenPixelsPerInch() override;
   ProcessResult runProcess(const std::string& commandLine, int timeoutMs) override;
   bool openWithSystem(const std::string& path) override;

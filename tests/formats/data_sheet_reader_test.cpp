@@ -83,8 +83,8 @@ TEST_F(DataSheetReaderTest, OptionGroupsMergeByNameAndEntriesStaySorted) {
   DataSheetFile file;
   file.name = "marsh.cds";
   ASSERT_TRUE(read(fileText("marsh.cds"), file)) << lastMessage();
-  ASSERT_EQ(file.options.size(), 1u);
-  const OptionTreeEntry& mods = file.options[0];
+  ASSERT_EQ(file.gameSystem->options.size(), 1u);
+  const OptionTreeEntry& mods = file.gameSystem->options[0];
   EXPECT_EQ(mods.name, "Mods");
   EXPECT_EQ(mods.groupKind, kList);
   std::vector<std::string> names;

@@ -53,9 +53,15 @@ class RuleBuiltinsTest : public SheetListsTest {
 
 TEST_F(RuleBuiltinsTest, Options) {
   GameSystem system("Testland");
-  auto master = std::make_unique<Option>();
-  master->name = "Edge";
-  system.options.push_back(std::move(master));
+  OptionTreeEntry weapons;
+  weapons.groupKind = 123;  // a `ulist` group
+  weapons.name = "Weapon Options";
+  OptionTreeEntry edge;
+  edge.name = "Edge";
+  edge.option = std::make_unique<Option>();
+  edge.option->name = "Edge";
+  weapons.entries.push_back(std::move(edge));
+  system.options.push_back(std::move(weapons));
   sheet_.gameSystem = &system;
   struct Case {
     const char* formula;
@@ -64,6 +70,7 @@ TEST_F(RuleBuiltinsTest, Options) {
   const Case cases[] = {
       {"optavailable(\"edge\")", "int 1"},
       {"optavailable(\"Zest\")", "int 0"},
+      {"optavailable(\"weapon options\")", "int 1"},
       {"optpresent(\"Edge\")", "int 1"},
       {"optpresent(\"Ed\")", "int 0"},
       {"optpresent(\"Guild\")", "int 1"},  // inherited from the group

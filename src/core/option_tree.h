@@ -1,5 +1,5 @@
 #pragma once
-// The option tree of a data sheet: groups (`list`, `ulist`) holding options and further groups.
+// The option tree of a game system: groups (`list`, `ulist`) holding options and further groups.
 // At each level the entries stay sorted by name, ignoring case, and groups of one name merge.
 
 #include <cstdint>

@@ -1,6 +1,6 @@
-// Inserting into the option tree of a data sheet.
+// Inserting into the option tree of a game system.
 
-#include "formats/data_sheet_options.h"
+#include "core/option_tree.h"
 
 #include <algorithm>
 
