@@ -16,12 +16,14 @@
 #include "core/app_settings.h"
 #include "core/command_line.h"
 #include "core/numbers.h"
+#include "core/random.h"
 #include "core/settings.h"
 #include "formats/data_sheet_loader.h"
 #include "rules/preferences.h"
 #include "ui/main_frame.h"
 #include "ui/qt_host.h"
 #include "ui/text_codec.h"
+#include "utilities/install.h"
 
 namespace {
 
@@ -66,6 +68,9 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName("Zarvelin");
   zv::ui::QtHost qtHost;
   zv::HostInstallation installed(qtHost);
+  zv::seedRandom(zv::seedFromClock());
+  // The die roller and the game system preferences, for the expressions of every sheet.
+  zv::UtilitiesInstallation utilities(settings, appSettings.sourceDirectory);
 
   ProgramOptions options = readOptions(QApplication::arguments());
   zv::CommandLine commandLine = zv::parseCommandLine(options.commandLineWords);

@@ -18,7 +18,7 @@ struct CommandEntry {
 
 constexpr CommandEntry kCommands[] = {
     {"identify", runIdentify}, {"convert", runConvert},    {"dump", runDump},     {"eval", runEval},
-    {"expand", runExpand},     {"load-data", runLoadData}, {"recalc", runRecalc},
+    {"expand", runExpand},     {"load-data", runLoadData}, {"recalc", runRecalc}, {"roll", runRoll},
 };
 
 /// Takes the global options from the front of `args`; false on a bad option.
@@ -81,9 +81,10 @@ std::string helpText() {
          "                     always text; a macro data sheet compiles to a data sheet)\n"
          "  dump FILE          a sheet or template (its data sheets loaded) as the engine\n"
          "                     computed it, or a data sheet with all its items, as JSON\n"
-         "  eval [--sheet FILE] EXPR\n"
+         "  eval [--sheet FILE [--item LIST:NAME]] EXPR\n"
          "                     the value of an expression as the program shows it; an\n"
-         "                     expression error goes to stderr with exit status 1\n"
+         "                     expression error goes to stderr with exit status 1; with\n"
+         "                     --item, as a formula of that item of the sheet\n"
          "  expand FILE        the macro processor's output for a text data sheet\n"
          "  load-data NAME...  load data sheets (a path, or a short name in the data\n"
          "                     directory) into their game systems and print them as JSON:\n"
@@ -92,6 +93,8 @@ std::string helpText() {
          "                     open a sheet or template, recalculate every item and list\n"
          "                     total, and save it in place (the old file becomes its .bak)\n"
          "                     or to OUT, in the form it was read in\n"
+         "  roll DICE          the die roller's result for a dice text such as 3d6+2,\n"
+         "                     3:4d6, 5c100, 5p52 or 6*3d6 (blanks are ignored)\n"
          "\n"
          "Options:\n"
          "  --data-dir DIR     where game system data are found (default: the setting\n"

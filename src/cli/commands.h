@@ -10,6 +10,7 @@
 #include "core/app_settings.h"
 #include "core/headless_host.h"
 #include "core/settings.h"
+#include "utilities/install.h"
 
 namespace zv::cli {
 
@@ -22,7 +23,8 @@ struct GlobalOptions {
 };
 
 /// What every command runs in: the headless host (installed while the context lives) with its
-/// answers, the settings, and the data directory.
+/// answers, the settings, the data directory, the utilities the expression engine reaches, and
+/// the random generator seeded by --seed or the clock.
 class Context {
  public:
   explicit Context(const GlobalOptions& options);
@@ -39,6 +41,7 @@ class Context {
   Settings settings_;
   AppSettings appSettings_;
   std::filesystem::path dataDir_;
+  std::unique_ptr<UtilitiesInstallation> utilities_;
   bool ready_ = true;
 };
 
@@ -52,5 +55,6 @@ int runEval(Context& context, const std::vector<std::string>& args);
 int runExpand(Context& context, const std::vector<std::string>& args);
 int runLoadData(Context& context, const std::vector<std::string>& args);
 int runRecalc(Context& context, const std::vector<std::string>& args);
+int runRoll(Context& context, const std::vector<std::string>& args);
 
 }  // namespace zv::cli

@@ -4,6 +4,7 @@
 #include "cli/commands.h"
 #include "core/messages.h"
 #include "core/numbers.h"
+#include "core/random.h"
 #include "formats/data_sheet_loader.h"
 #include "rules/preferences.h"
 
@@ -34,6 +35,8 @@ Context::Context(const GlobalOptions& options)
   DataSheetEnvironment& dataSheets = dataSheetEnvironment();
   dataSheets.dataDir = dataDir_;
   dataSheets.copyrightDelay = appSettings_.copyrightDelay;
+  seedRandom(options.seed ? *options.seed : seedFromClock());
+  utilities_ = std::make_unique<UtilitiesInstallation>(settings_, dataDir_);
 }
 
 int usageError(const std::string& message) {

@@ -56,6 +56,17 @@ struct Category {
   Item* findItem(std::string_view itemName) const;
 };
 
+/// A preference a game system declares in a `.pref` file: its name (the file's section), the
+/// prompt and control of the preferences dialog, the default and the choices of a list.
+struct ConfigParam {
+  std::string name;
+  std::string prompt;
+  std::string
+      type;  ///< "checkbox", "prompt", "number", "edittext", "dropdown", "listbox", "treelist"
+  std::string defaultValue;
+  std::vector<std::string> choices;
+};
+
 struct GameSystem {
   explicit GameSystem(std::string_view systemName);
   GameSystem(const GameSystem&) = delete;
@@ -73,7 +84,8 @@ struct GameSystem {
   /// Stands as the owner of the master items so that expression code treats them like sheet
   /// items; its gameSystem points back here.
   FileInfo master;
-  std::vector<DefineRec> defines;  ///< from all loaded data sheets, merged into open sheets
+  std::vector<DefineRec> defines;        ///< from all loaded data sheets, merged into open sheets
+  std::vector<ConfigParam> preferences;  ///< from the `.pref` files, in file order
 
   /// Whether the data sheet copyright has been shown once in this process.
   bool copyrightShown() const { return bits::test(flags, 0); }

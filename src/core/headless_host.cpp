@@ -94,6 +94,16 @@ std::optional<std::string> HeadlessHost::enterValue(std::string_view title, std:
   return std::string(initial);
 }
 
+std::optional<std::string> HeadlessHost::enterFileValue(std::string_view title,
+                                                        std::string_view initial) {
+  emitLine(lineFor(title, initial));
+  if (auto answer = nextAnswer()) {
+    if (equalsIgnoringCase(*answer, "Cancel")) return std::nullopt;
+    return answer;
+  }
+  return std::string(initial);
+}
+
 std::vector<int> HeadlessHost::choose(const ChoiceRequest& request) {
   emitLine(lineFor(request.title, request.prompt));
   auto answer = nextAnswer();

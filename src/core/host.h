@@ -85,6 +85,10 @@ class Host {
   /// A value typed by the user; nullopt when cancelled.
   virtual std::optional<std::string> enterValue(std::string_view title, std::string_view prompt,
                                                 std::string_view initial) = 0;
+  /// The file-value dialog: a file name field under `title`, starting at `initial`, with a way
+  /// to browse for the file. The text in the field on OK; nullopt when cancelled.
+  virtual std::optional<std::string> enterFileValue(std::string_view title,
+                                                    std::string_view initial) = 0;
   /// Indices of the chosen entries; empty when cancelled.
   virtual std::vector<int> choose(const ChoiceRequest& request) = 0;
   /// Chosen file names; empty when cancelled.

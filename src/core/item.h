@@ -81,6 +81,8 @@ struct Item {
   std::int32_t defaultSource = 0;
   std::vector<AltFormat> altFormats;
   ItemChain children;  ///< members of a sublist
+  /// Transient: the last level check of the item failed (never stored in a file).
+  bool checkFailed = false;
 
   bool isSublist() const { return kind == ItemKind::Sublist; }
 

@@ -1,5 +1,7 @@
 #include "core/random.h"
 
+#include <chrono>
+
 namespace zv {
 
 namespace {
@@ -16,6 +18,10 @@ int randomNumber() {
 
 void seedRandom(std::uint64_t seed) {
   state = static_cast<std::uint32_t>(seed);
+}
+
+std::uint64_t seedFromClock() {
+  return static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch().count());
 }
 
 std::uint32_t randomBelow(std::uint32_t bound) {

@@ -17,6 +17,9 @@ int randomNumber();
 /// Restarts the generator: the state becomes the low 32 bits of `seed`.
 void seedRandom(std::uint64_t seed);
 
+/// A seed from the clock, for the seeding at start-up.
+std::uint64_t seedFromClock();
+
 /// A uniform draw from 0 to bound - 1 (0 when bound is 0). A bound up to 32768 takes one draw,
 /// modulo the bound, as a die does; a larger one combines three draws.
 std::uint32_t randomBelow(std::uint32_t bound);

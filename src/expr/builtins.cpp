@@ -3,6 +3,7 @@
 #include <array>
 
 #include "expr/builtins_items.h"
+#include "expr/builtins_system.h"
 
 namespace zv {
 
@@ -66,6 +67,11 @@ constexpr std::array<BuiltinFunction, kBuiltinIds> makeTable() {
   table[64] = &builtinTotalitemvalues;
   table[74] = &builtinVariteminfo;
   table[52] = &builtinGetglobal;
+  table[36] = &builtinConfigparam;
+  table[42] = &builtinDialogfieldvalue;
+  table[51] = &builtinGetsourcedir;
+  table[59] = &builtinGetfilevalue;
+  table[61] = &builtinSetconfigparam;
   table[53] = &builtinSetglobal;
   return table;
 }

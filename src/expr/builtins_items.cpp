@@ -24,16 +24,12 @@ namespace {
 /// How many evals run inside one another now.
 int evalDepth = 0;
 
-/// The item a call is about: the evaluation's, else the current item of the item context.
 const Item* itemOf(const BuiltinCall& call) {
-  return call.item != nullptr ? call.item : currentContextItem();
+  return callItem(call);
 }
 
-/// The sheet the call reaches: its item's, else the table's.
 const FileInfo* sheetOf(const BuiltinCall& call) {
-  const Item* item = itemOf(call);
-  if (item != nullptr && item->owner != nullptr) return item->owner;
-  return call.table.owner;
+  return callSheet(call);
 }
 
 /// A field text that reads as an expression: it starts with a quote, a digit, a sign, ".", "'",
@@ -174,6 +170,41 @@ bool aggregateTest(const Item& item, SymbolTable& table, std::string_view test) 
 
 }  // namespace
 
+Item* callItem(const BuiltinCall& call) {
+  return call.item != nullptr ? call.item : currentContextItem();
+}
+
+const FileInfo* callSheet(const BuiltinCall& call) {
+  const Item* item = callItem(call);
+  if (item != nullptr && item->owner != nullptr) return item->owner;
+  return call.table.owner;
+}
+
+Item* findListItem(const FileInfo& sheet, std::string_view list, const Value& key) {
+  const ItemChain* chain = namedChain(sheet, list);
+  if (chain == nullptr) return nullptr;
+  bool numeric = key.isNumber();
+  if (key.isString()) {
+    const std::string trimmedKey = trim(key.text());
+    numeric =
+        !trimmedKey.empty() && trimmedKey.find_first_not_of("0123456789") == std::string::npos;
+  }
+  std::vector<Item*> entries;
+  if (numeric) {
+    collectEntries(*chain, false, entries);
+    const std::int32_t n = integerOf(key);
+    if (n < 1 || static_cast<std::size_t>(n) > entries.size()) return nullptr;
+    return entries[static_cast<std::size_t>(n - 1)];
+  }
+  Value keyText = key;
+  if (!forceString(keyText)) return nullptr;
+  collectEntries(*chain, true, entries);
+  for (Item* entry : entries) {
+    if (equalsIgnoringCase(entry->name, keyText.text())) return entry;
+  }
+  return nullptr;
+}
+
 ListInfo* findListByPrefix(const FileInfo& sheet, std::string_view name) {
   for (ListInfo* list : sheet.allLists()) {
     if (startsWithIgnoringCase(std::string_view(list->name), name)) return list;
@@ -183,7 +214,8 @@ ListInfo* findListByPrefix(const FileInfo& sheet, std::string_view name) {
 
 bool compareItemvalue(const Item& item, SymbolTable& table, std::string_view text) {
   if (!text.empty() && text[0] == '@') return aggregateTest(item, table, text.substr(1));
-  // The category test: the item's category named in full, ignoring case.
+  if (optionRules().inCategory != nullptr) return optionRules().inCategory(item, text);
+  // Without the item rules: the item's category named in full, ignoring case.
   return equalsIgnoringCase(item.cat, trim(text));
 }
 
@@ -256,36 +288,7 @@ int builtinListiteminfo(BuiltinCall& call) {
   }
   const FileInfo* sheet = sheetOf(call);
   if (sheet == nullptr) return 0;
-  const ItemChain* chain = namedChain(*sheet, list);
-  if (chain == nullptr) return 0;
-  const Item* found = nullptr;
-  Value& key = call.args[1];
-  bool numeric = key.isNumber();
-  if (key.isString()) {
-    const std::string trimmedKey = trim(key.text());
-    numeric =
-        !trimmedKey.empty() && trimmedKey.find_first_not_of("0123456789") == std::string::npos;
-  }
-  if (numeric) {
-    std::vector<Item*> entries;
-    collectEntries(*chain, false, entries);
-    const std::int32_t n = integerOf(key);
-    if (n >= 1 && static_cast<std::size_t>(n) <= entries.size()) {
-      found = entries[static_cast<std::size_t>(n - 1)];
-    }
-  } else {
-    std::string name;
-    if (!textArgument(call, 1, name)) return 0;
-    std::vector<Item*> entries;
-    collectEntries(*chain, true, entries);
-    for (Item* entry : entries) {
-      if (equalsIgnoringCase(entry->name, name)) {
-        found = entry;
-        break;
-      }
-    }
-  }
-  fieldResult(call, found, field);
+  fieldResult(call, findListItem(*sheet, list, call.args[1]), field);
   return 0;
 }
 

@@ -13,6 +13,17 @@ namespace zv {
 /// The most evals that may run inside one another; a deeper one fails with error -9.
 inline constexpr int kMaxEvalDepth = 64;
 
+/// The item a call is about: the evaluation's, else the current item of the item context; null
+/// when there is none.
+Item* callItem(const BuiltinCall& call);
+/// The sheet a call reaches: its item's, else the table's owner; null when there is none.
+const FileInfo* callSheet(const BuiltinCall& call);
+
+/// The item of a list argument ("list" or "*sublist") by key, as listiteminfo finds it: a number
+/// (or a text of digits) is the nth non-group entry from 1, groups descended; any other text
+/// the first entry of that name, groups included. Null when absent.
+Item* findListItem(const FileInfo& sheet, std::string_view list, const Value& key);
+
 /// The list of the sheet whose name starts with `name` ignoring case (a name matches over its
 /// own length), among the top-level lists and then the lists of dialog `list` fields. Null when
 /// none.
@@ -26,7 +37,7 @@ bool listArgumentItems(const FileInfo& sheet, SymbolTable& table, std::string_vi
 
 /// The selector test of lists and incategory: "@option:value" or "@option=value" compares the
 /// item's options of that name with the evaluated value (a name alone suffices without a value);
-/// any other text is a category-name test.
+/// any other text is the category test of the item rules (see OptionRules::inCategory).
 bool compareItemvalue(const Item& item, SymbolTable& table, std::string_view text);
 
 int builtinIteminfo(BuiltinCall& call);         ///< iteminfo(field)

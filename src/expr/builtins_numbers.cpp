@@ -11,6 +11,7 @@
 #include "core/random.h"
 #include "expr/builtins.h"
 #include "expr/builtins_args.h"
+#include "expr/builtins_system.h"
 
 namespace zv {
 
@@ -149,10 +150,8 @@ int builtinRand(BuiltinCall& call) {
 int builtinRolldice(BuiltinCall& call) {
   switch (call.args.size()) {
     case 1:
-      // A dice text belongs to the die roller, which isn't part of the engine; without it the
-      // result is integer 0.
-      call.result = Value(0);
-      return 0;
+      // A dice text goes to the die roller the program installed; without one, integer 0.
+      return builtinRolldiceText(call);
     case 3:
       call.result = Value(rollKeepingBest(integerArgument(call, 0), integerArgument(call, 1),
                                           integerArgument(call, 2)));

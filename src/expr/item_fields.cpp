@@ -483,7 +483,7 @@ bool itemField(const Item& item, const Option* option, int fieldNumber, Value& o
       out = Value(item.alias);
       return true;
     case kAtDefault:
-      // The use-default flag stands for "at its default" until defaults are evaluated.
+      // An item at its default carries the use-default flag; its level follows the default.
       out = flag(item.useDefault());
       return true;
     case kAutoAdded:
@@ -522,8 +522,8 @@ bool itemField(const Item& item, const Option* option, int fieldNumber, Value& o
       out = Value(item.checkExp);
       return true;
     case kCheckFailed:
-      // No requirement check has run on the record: it never failed.
-      out = Value(std::int32_t{0});
+      // Set by the last level check that refused the item's level.
+      out = flag(item.checkFailed);
       return true;
     case kCheckRequirements:
       out = flag(preferences.checkRequirements);

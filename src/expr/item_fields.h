@@ -58,6 +58,8 @@ struct OptionRules {
   std::string (*optionDisplay)(const Item& item, const Option& option) = nullptr;
   /// Expands the backquoted option references of a text for the item.
   std::string (*expandOptionRefs)(const Item& item, std::string_view text) = nullptr;
+  /// The category test: true when the item belongs to the category text.
+  bool (*inCategory)(const Item& item, std::string_view category) = nullptr;
 };
 /// Installs the option rules and returns the previous ones.
 OptionRules setOptionRules(const OptionRules& rules);

@@ -1,5 +1,7 @@
 #include "rules/adjustment.h"
 
+#include "rules/categories.h"
+
 #include <cctype>
 #include <string>
 
@@ -75,17 +77,6 @@ char inverse(char op) {
       return '*';
     default:
       return op;
-  }
-}
-
-void walkCategory(ItemChain& chain, std::string_view category, double amount) {
-  for (auto& item : chain) {
-    if (item->levelSymbol != nullptr && itemInCategory(*item, category) && item->owner &&
-        item->owner->symbols) {
-      setBaseValue(*item->owner->symbols, *item->levelSymbol,
-                   getBaseValue(item->levelSymbol) + amount);
-    }
-    walkCategory(item->children, category, amount);
   }
 }
 
@@ -168,13 +159,7 @@ class AdjustmentRun {
       showError(strprintf("Non-existent list window name: %s", listName.c_str()));
       return false;
     }
-    CategoryBonus* bonus = nullptr;
-    for (CategoryBonus& entry : list->categoryBonuses) {
-      if (equalsIgnoringCase(entry.category, category)) bonus = &entry;
-    }
-    if (bonus == nullptr) bonus = &list->categoryBonuses.emplace_back(CategoryBonus{category, 0.0});
-    bonus->total += amount;
-    walkCategory(list->items, category, amount);
+    addCategoryBonus(*list, category, amount);
     return true;
   }
 
@@ -232,31 +217,6 @@ bool runAdjustment(FileInfo& sheet, Item& item, bool adding, std::string_view te
     if (!run.run(statement, invert)) return false;
   }
   return true;
-}
-
-double categoryBonus(const ListInfo& list, std::string_view category) {
-  for (const CategoryBonus& entry : list.categoryBonuses) {
-    if (equalsIgnoringCase(entry.category, category)) return entry.total;
-  }
-  return 0.0;
-}
-
-void applyCategoryBonuses(ListInfo& list, Item& item) {
-  if (item.levelSymbol == nullptr || item.owner == nullptr || !item.owner->symbols) return;
-  double bonus = 0.0;
-  for (const CategoryBonus& entry : list.categoryBonuses) {
-    if (itemInCategory(item, entry.category)) bonus += entry.total;
-  }
-  if (bonus != 0.0) {
-    setBaseValue(*item.owner->symbols, *item.levelSymbol, getBaseValue(item.levelSymbol) + bonus);
-  }
-}
-
-bool itemInCategory(const Item& item, std::string_view category) {
-  for (const std::string& part : split(item.cat, ';')) {
-    if (equalsIgnoringCase(trim(part), trim(category))) return true;
-  }
-  return false;
 }
 
 }  // namespace zv

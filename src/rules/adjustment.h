@@ -25,13 +25,4 @@ namespace zv {
 /// A failing statement shows its message and stops the run: false.
 bool runAdjustment(FileInfo& sheet, Item& item, bool adding, std::string_view text, int count = 1);
 
-/// The bonus that adjustments gave a category of the list; 0 when none did.
-double categoryBonus(const ListInfo& list, std::string_view category);
-
-/// Gives an item that comes into a list the bonuses of its categories there, on its base.
-void applyCategoryBonuses(ListInfo& list, Item& item);
-
-/// True when one of the item's categories (its `cat`, several joined by ";") is `category`.
-bool itemInCategory(const Item& item, std::string_view category);
-
 }  // namespace zv

@@ -1,6 +1,8 @@
 #include "rules/install.h"
 
 #include "expr/item_fields.h"
+#include "rules/builtins.h"
+#include "rules/categories.h"
 #include "rules/option_refs.h"
 
 namespace zv {
@@ -33,7 +35,9 @@ void installItemRules() {
   rules.optionString = optionString;
   rules.optionDisplay = optionDisplay;
   rules.expandOptionRefs = expandRefs;
+  rules.inCategory = itemInCategory;
   setOptionRules(rules);
+  registerRuleBuiltins();
 }
 
 }  // namespace zv

@@ -3,8 +3,9 @@
 
 namespace zv {
 
-/// Gives the expression engine the option rules of this library (option strings, display texts
-/// and option references). Call once at start-up.
+/// Gives the expression engine the option rules of this library (option strings, display texts,
+/// option references and the category test) and registers the built-in functions that stand on
+/// the item rules (rules/builtins.h). Call once at start-up.
 void installItemRules();
 
 }  // namespace zv

@@ -268,6 +268,7 @@ std::string levelRefusalText(Item& item, std::string_view levelText,
 
 int checkLevel(Item& item, std::string_view levelText, std::string& message) {
   message.clear();
+  item.checkFailed = false;
   if (item.checkExp.empty()) return 1;
   const std::string level = enclosed("(", levelText, ")");
   std::string expression = replaceWord(item.checkExp, "x", level);
@@ -277,7 +278,10 @@ int checkLevel(Item& item, std::string_view levelText, std::string& message) {
     reportExpressionError(expression);
     return -1;
   }
-  if (!passes(result)) return 0;
+  if (!passes(result)) {
+    item.checkFailed = true;
+    return 0;
+  }
   for (const EffectiveOption& entry : effectiveOptions(item)) {
     Option& option = *entry.option;
     if (option.checkExpression.empty()) continue;
@@ -307,6 +311,7 @@ int checkLevel(Item& item, std::string_view levelText, std::string& message) {
     }
     if (!passes(optionResult)) {
       message = failure;
+      item.checkFailed = true;
       return 0;
     }
   }

@@ -7,13 +7,16 @@
 #include <QDialogButtonBox>
 #include <QEventLoop>
 #include <QFileDialog>
+#include <QHBoxLayout>
 #include <QInputDialog>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPointer>
 #include <QProcess>
+#include <QPushButton>
 #include <QScreen>
 #include <QTimer>
 #include <QUrl>
@@ -179,6 +182,31 @@ std::optional<std::string> QtHost::enterValue(std::string_view title, std::strin
                             QLineEdit::Normal, fromSystemText(initial), &accepted);
   if (!accepted) return std::nullopt;
   return toSystemText(value);
+}
+
+std::optional<std::string> QtHost::enterFileValue(std::string_view title,
+                                                  std::string_view initial) {
+  ActiveWindowKeeper keeper;
+  QDialog dialog(keeper.window());
+  dialog.setWindowTitle(fromSystemText(title));
+  auto* layout = new QVBoxLayout(&dialog);
+  auto* row = new QHBoxLayout;
+  auto* field = new QLineEdit(fromNativePath(std::string(initial)));
+  field->setMinimumWidth(320);
+  auto* browse = new QPushButton(QObject::tr("Browse..."));
+  row->addWidget(field);
+  row->addWidget(browse);
+  layout->addLayout(row);
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+  layout->addWidget(buttons);
+  QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
+  QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+  QObject::connect(browse, &QPushButton::clicked, &dialog, [&dialog, field] {
+    QString chosen = QFileDialog::getOpenFileName(&dialog, dialog.windowTitle(), field->text());
+    if (!chosen.isEmpty()) field->setText(chosen);
+  });
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  return toNativePath(field->text());
 }
 
 std::vector<int> QtHost::choose(const ChoiceRequest& request) {

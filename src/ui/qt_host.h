@@ -44,6 +44,8 @@ class QtHost : public Host {
   Button ask(const Question& question) override;
   std::optional<std::string> enterValue(std::string_view title, std::string_view prompt,
                                         std::string_view initial) override;
+  std::optional<std::string> enterFileValue(std::string_view title,
+                                            std::string_view initial) override;
   std::vector<int> choose(const ChoiceRequest& request) override;
   std::vector<std::string> chooseFiles(const FileRequest& request) override;
   void progressBegin(std::string_view title, std::string_view text, int steps) override;

@@ -52,6 +52,66 @@ TEST_F(EvalCommandTest, PrintsTheValueAsShown) {
   }
 }
 
+TEST_F(EvalCommandTest, OneRowOfEachBuiltInFamily) {
+  struct Case {
+    const char* expression;
+    const char* out;
+  };
+  const Case cases[] = {
+      {"2 + 3 * 4", "14\n"},                                        // precedence
+      {"\"5\" * 2", "10\n"},                                        // a text as a number
+      {"round(2.5) + round(-2.5) * 10", "-27\n"},                   // numbers
+      {"concat(\"a\", \"-\", \"x\")", "a-x\n"},                     // texts
+      {"format(\"%+d %n\", 3, 1234567)", "+3 1,234,567\n"},         // format
+      {"sortelements(Mods, 0) + Mods[1]", "6\n"},                   // arrays (3 elements, then 3)
+      {"putmap(\"m\", \"k\", 42) + getmap(\"m\", \"k\")", "42\n"},  // maps
+      {"rolldice(\"3:4d6\")", "17\n"},                              // the die roller, seeded
+      {"rolldice(3, 4, 6) > 2", "1\n"},                             //
+      {"configparam(\"UseMetric\")", "0\n"},                        // game system parameters
+      {"listiteminfo(\"Skills\", 2, \"name\")", "Axe\n"},           // items of a list
+      {"optvalue(\"Skills\", \"Sword\", \"Sty\")", "Slash, 5\n"},  // a text option: label and value
+      {"dialogfieldvalue(\"Main\", \"Race\")", "Elf\n"},           // dialog fields
+  };
+  const std::string sheet = std::string(ZV_TEST_DATA_DIR) + "/sheets/arcana.chr";
+  for (const Case& c : cases) {
+    auto result = runCli(
+        {"--settings", settings(false), "--seed", "1", "eval", "--sheet", sheet, c.expression});
+    EXPECT_EQ(result.exitCode, 0) << c.expression << result.err;
+    EXPECT_EQ(result.out, c.out) << c.expression;
+  }
+}
+
+TEST_F(EvalCommandTest, FormulasOfAnItem) {
+  struct Case {
+    const char* item;
+    const char* expression;
+    const char* out;
+  };
+  const Case cases[] = {
+      {"Skills:Sword", "@cost", "26\n"},
+      {"Skills:Sword", "optvalue(\"Edge\") + optcount(\"\")", "5\n"},
+      {"Skills:Sword", "opttextvalue(\"Style\")", "Slash, 5\n"},
+      {"Skills:Sword", "listoptions(\"optname\", \"\", \",\")", "Edge,Style,Boost\n"},
+      {"Skills:Sword", "itemcostfunction(5) + itemcheckexpression(25)", "10\n"},
+      {"Skills:Sword", "incategory(\"melee\")", "1\n"},
+      {"Skills:Lore", "checkrequirements(\"Skills\", 0, 0)", "1\n"},
+      {"Skills:Lore", "checkrequirements(\"Skills\", 1, 0)", "0\n"},  // Ward excludes Lore
+      {"Skills:Ward", "checkrequirements(\"Skills\", 0, 0)", "0\n"},
+      {"Skills:3", "@name", "Lore\n"},
+  };
+  const std::string sheet = std::string(ZV_TEST_DATA_DIR) + "/sheets/arcana.chr";
+  for (const Case& c : cases) {
+    auto result = runCli(
+        {"--settings", settings(false), "eval", "--sheet", sheet, "--item", c.item, c.expression});
+    EXPECT_EQ(result.exitCode, 0) << c.expression << result.err;
+    EXPECT_EQ(result.out, c.out) << c.expression;
+  }
+  auto missing = runCli({"eval", "--sheet", sheet, "--item", "Skills:Bow", "1"});
+  EXPECT_EQ(missing.exitCode, 1);
+  EXPECT_EQ(missing.err, "[Error] Item Skills:Bow not found.\n");
+  EXPECT_EQ(runCli({"eval", "--item", "Skills:Bow", "1"}).exitCode, 2);
+}
+
 TEST_F(EvalCommandTest, ExpressionErrorsGoToStderr) {
   auto result = runCli({"--settings", settings(false), "eval", "1 +"});
   EXPECT_EQ(result.exitCode, 1);
@@ -67,7 +127,8 @@ TEST_F(EvalCommandTest, Usage) {
   EXPECT_EQ(runCli({"eval"}).exitCode, 2);
   EXPECT_EQ(runCli({"eval", "1", "2"}).exitCode, 2);
   EXPECT_EQ(runCli({"eval", "1", "--sheet"}).exitCode, 2);
-  EXPECT_NE(runCli({"--help"}).out.find("eval [--sheet FILE] EXPR"), std::string::npos);
+  EXPECT_NE(runCli({"--help"}).out.find("eval [--sheet FILE [--item LIST:NAME]] EXPR"),
+            std::string::npos);
 }
 
 TEST_F(EvalCommandTest, AgainstASheet) {

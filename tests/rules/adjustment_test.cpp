@@ -2,6 +2,7 @@
 // the item comes and goes, and its faults.
 
 #include "rules/adjustment.h"
+#include "rules/categories.h"
 
 #include "expr/compiler.h"
 #include "sheet_fixture.h"

@@ -161,6 +161,27 @@ class QtHostTest : public QObject {
     if (accept) QCOMPARE(QByteArray::fromStdString(*value), expected);
   }
 
+  void enterFileValue() {
+    QString initial;
+    QString title;
+    whenModal([&](QWidget* modal) {
+      title = modal->windowTitle();
+      auto* field = modal->findChild<QLineEdit*>();
+      QVERIFY(field);
+      initial = field->text();
+      field->setText(QStringLiteral("/tmp/hero.chr"));
+      qobject_cast<QDialog*>(modal)->accept();
+    });
+    std::optional<std::string> value = host_.enterFileValue("Pick a sheet", "start.chr");
+    QCOMPARE(title, QStringLiteral("Pick a sheet"));
+    QCOMPARE(initial, QStringLiteral("start.chr"));
+    QVERIFY(value.has_value());
+    QCOMPARE(QString::fromStdString(*value), QStringLiteral("/tmp/hero.chr"));
+
+    whenModal([&](QWidget* modal) { qobject_cast<QDialog*>(modal)->reject(); });
+    QVERIFY(!host_.enterFileValue("Pick a sheet", "start.chr").has_value());
+  }
+
   void choose_data() {
     QTest::addColumn<bool>("multiple");
     QTest::addColumn<QList<int>>("initial");
