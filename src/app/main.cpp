@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QPixmap>
 #include <QTimer>
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <string>
@@ -16,6 +17,7 @@
 #include "core/app_settings.h"
 #include "core/command_line.h"
 #include "core/numbers.h"
+#include "core/random.h"
 #include "core/settings.h"
 #include "formats/data_sheet_loader.h"
 #include "ui/main_frame.h"
@@ -59,6 +61,9 @@ int main(int argc, char** argv) {
   zv::Settings settings = zv::Settings::forProgram(programDir);
   zv::AppSettings appSettings = zv::AppSettings::load(settings, programDir);
   zv::setUseFractions(appSettings.useFractions);
+  // Dice, random fields and generation draw from one source, seeded once from the clock.
+  zv::seedRandom(
+      static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch().count()));
 
   QApplication app(argc, argv);
   QApplication::setApplicationName("Zarvelin");

@@ -1,9 +1,11 @@
+#include <chrono>
 #include <iostream>
 
 #include "cli/cli.h"
 #include "cli/commands.h"
 #include "core/messages.h"
 #include "core/numbers.h"
+#include "core/random.h"
 #include "formats/data_sheet_loader.h"
 #include "rules/preferences.h"
 
@@ -28,6 +30,11 @@ Context::Context(const GlobalOptions& options)
     ready_ = false;
   }
   setUseFractions(appSettings_.useFractions);
+  // The random source starts from the clock as in the desktop program, or from --seed, so that
+  // dice and random fields can be reproduced.
+  seedRandom(options.seed ? *options.seed
+                          : static_cast<std::uint64_t>(
+                                std::chrono::system_clock::now().time_since_epoch().count()));
   setRulePreferences(rulePreferencesFrom(appSettings_));
   dataDir_ = options.dataDir.empty() ? appSettings_.sourceDirectory
                                      : std::filesystem::path(options.dataDir);
