@@ -3,7 +3,7 @@ SHELL := /bin/bash
 JOBS ?= 2
 FUZZ_SECONDS ?= 30
 
-.PHONY: all run test bench fuzz deps build-debug build-release build-fuzz format screenshot clean
+.PHONY: all run test bench fuzz deps build-debug build-release build-fuzz format screenshot sample-data clean
 
 all: build-release
 
@@ -38,6 +38,10 @@ fuzz:
 	cmake --preset fuzz >/dev/null
 	cmake --build build/fuzz -j$(JOBS)
 	scripts/run-fuzzers build/fuzz/bin $(FUZZ_SECONDS)
+
+# Compiles the sample game system's macro data sheets (data/*.mds) into its data sheets (.cds).
+sample-data: build-release
+	scripts/build-sample-data build/release/bin/zarvelin-cli
 
 screenshot: build-release
 	@scripts/install-deps screenshot

@@ -35,6 +35,8 @@ Context::Context(const GlobalOptions& options)
   DataSheetEnvironment& dataSheets = dataSheetEnvironment();
   dataSheets.dataDir = dataDir_;
   dataSheets.copyrightDelay = appSettings_.copyrightDelay;
+  // The random source starts from the clock as in the desktop program, or from --seed, so that
+  // dice and random fields can be reproduced.
   seedRandom(options.seed ? *options.seed : seedFromClock());
   utilities_ = std::make_unique<UtilitiesInstallation>(settings_, dataDir_);
 }

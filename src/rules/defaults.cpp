@@ -8,6 +8,7 @@
 #include "core/text.h"
 #include "expr/expr_error.h"
 #include "expr/symbols.h"
+#include "rules/categories.h"
 #include "rules/cost.h"
 #include "rules/level.h"
 #include "rules/multipliers.h"
@@ -46,11 +47,12 @@ bool defaultsFrom(Item& candidate, Item& item) {
   return false;
 }
 
+/// The items of a chain, sublists walked, that hold the category among their ";"-joined ones.
 void collectCategory(ItemChain& chain, std::string_view category, Item& self,
                      std::vector<Item*>& out) {
   for (auto& candidate : chain) {
     if (candidate.get() != &self && candidate->levelSymbol != nullptr &&
-        equalsIgnoringCase(candidate->cat, category)) {
+        itemInCategory(*candidate, category)) {
       out.push_back(candidate.get());
     }
     collectCategory(candidate->children, category, self, out);

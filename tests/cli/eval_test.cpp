@@ -123,6 +123,15 @@ TEST_F(EvalCommandTest, ExpressionErrorsGoToStderr) {
   EXPECT_EQ(result.err, "[Error] Expression error: Bad operator (a # b)\n");
 }
 
+TEST_F(EvalCommandTest, SeedMakesRandomResultsRepeatable) {
+  const std::string rolls =
+      R"(concat(concat(rand(1000), ",", rand(1000)), ",", rolldice(2, 3, 6)))";
+  auto first = runCli({"--seed", "7", "eval", rolls});
+  ASSERT_EQ(first.exitCode, 0) << first.err;
+  EXPECT_EQ(runCli({"--seed", "7", "eval", rolls}).out, first.out);
+  EXPECT_NE(runCli({"--seed", "8", "eval", rolls}).out, first.out);
+}
+
 TEST_F(EvalCommandTest, Usage) {
   EXPECT_EQ(runCli({"eval"}).exitCode, 2);
   EXPECT_EQ(runCli({"eval", "1", "2"}).exitCode, 2);

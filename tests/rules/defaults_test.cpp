@@ -73,7 +73,7 @@ TEST_F(DefaultsTest, CategorySourcesAndMalformedLists) {
   Item& sword = skill("Sword", "12");
   sword.cat = "Weapons";
   Item& axe = skill("Axe", "14");
-  axe.cat = "Weapons";
+  axe.cat = "Skills;Weapons";  // one of several categories counts
   skill("Climb", "20");
   Item& parry = addItem("Parry");
   parry.varName = "Parry";
