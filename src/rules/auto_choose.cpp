@@ -9,6 +9,7 @@
 #include "core/strfmt.h"
 #include "core/text.h"
 #include "expr/compiler.h"
+#include "expr/item_fields.h"
 #include "rules/auto_run.h"
 #include "rules/cost.h"
 #include "rules/level.h"
@@ -29,7 +30,9 @@ struct Candidate {
 /// text that isn't empty. An expression that can't be evaluated lets the item pass, as the
 /// selection rules do.
 bool selects(FileInfo& sheet, std::string_view expression, const Item& master) {
-  if (expression.empty()) return true;
+  if (expression.empty() || !sheet.symbols) return true;
+  // "@name" reads the candidate's fields.
+  ItemContextScope fields(&sheet, *sheet.symbols);
   Value result;
   if (parseExpInContext(sheet.symbols.get(), const_cast<Item*>(&master), nullptr, expression,
                         result) != 0) {

@@ -225,15 +225,15 @@ AutoStep onSelOptVal(AutoRun& run, const AutoElement& element) {
     ChoiceRequest request;
     request.title = title;
     request.prompt = name;
-    for (int entry = 1;; ++entry) {
-      const std::string candidate =
-          "?:" + std::to_string(entry) +
-          master->value.substr(master->value.find(';') == std::string::npos
-                                   ? master->value.size()
-                                   : master->value.find(';'));
+    std::optional<OptValue> whole =
+        getOptValue(&run.parent, master->kind, master->relatedItem, master->value);
+    const std::size_t entries = master->value.find(';');
+    if (!whole || entries == std::string::npos) return AutoStep::Fail;
+    for (int entry = 1; entry <= whole->count; ++entry) {
+      const std::string candidate = "?:" + std::to_string(entry) + master->value.substr(entries);
       std::optional<OptValue> read =
           getOptValue(&run.parent, master->kind, master->relatedItem, candidate);
-      if (!read || entry > read->count) break;
+      if (!read) return AutoStep::Fail;
       request.choices.push_back(read->label);
     }
     std::vector<int> picked = host().choose(request);

@@ -11,6 +11,7 @@
 #include "core/text.h"
 #include "expr/compiler.h"
 #include "expr/expr_error.h"
+#include "expr/item_fields.h"
 #include "rules/auto_run.h"
 #include "rules/change_batch.h"
 #include "rules/cost.h"
@@ -372,6 +373,9 @@ std::string AutoRun::parentLevel() const {
 
 bool AutoRun::evaluate(std::string_view text, Value& out) {
   const std::string expression = replaceWord(text, "x", enclosed("(", parentLevel(), ")"));
+  if (!sheet.symbols) return parseExp(nullptr, expression, out) == 0;
+  // "@name" reads the parent's fields.
+  ItemContextScope fields(&sheet, *sheet.symbols);
   if (parseExpInContext(sheet.symbols.get(), &parent, nullptr, expression, out) != 0) {
     reportExpressionError(expression);
     return false;

@@ -25,7 +25,8 @@ class ListOpsTest : public SheetRulesTest {
     gear_->catName = "Gear";
   }
 
-  /// A master item of a category: a level variable of its name when it has a cost function.
+  /// A master item of a category: a level variable of its name (without blanks) when it has a
+  /// cost function.
   Item& master(const std::string& category, const std::string& name,
                const std::string& formula = {}, const std::string& level = {}, double cost = 0.0) {
     auto item = std::make_unique<Item>(ItemKind::Item, name);
@@ -34,7 +35,10 @@ class ListOpsTest : public SheetRulesTest {
     item->level = level;
     item->cost = cost;
     item->totalCost = cost;
-    if (!formula.empty()) item->varName = name;
+    if (!formula.empty()) {
+      for (char c : name)
+        if (c != ' ') item->varName += c;
+    }
     Category& found = system_.findOrAddCategory(category);
     Item& added = found.appendItem(std::move(item));
     found.rebuildIndex();
@@ -78,6 +82,12 @@ class ListOpsTest : public SheetRulesTest {
                 bool runAutomatics = true) {
     AddChain chain;
     return zv::addItem(sheet_, list, copyOf(list.catName.str(), name), where, chain, runAutomatics);
+  }
+
+  /// Deletes the list's elements behind the first `keep`, last first, as the user would.
+  void clear(ListInfo& list, std::size_t keep = 0) {
+    while (list.items.size() > keep)
+      deleteElement(sheet_, list, *list.items.back());
   }
 
   /// What an expression reads in the sheet, as text ("error" when it can't be evaluated).
