@@ -420,6 +420,10 @@ std::vector<Item*> automaticChildren(FileInfo& sheet, const Item& parent) {
   return children;
 }
 
+bool asksAboutAutomaticChildren(FileInfo& sheet, const Item& item) {
+  return !item.deleteAuto() && !automaticChildren(sheet, item).empty();
+}
+
 Item* findItemInList(ListInfo& list, std::string_view name) {
   for (auto& item : list.items) {
     if (equalsIgnoringCase(item->name, name)) return item.get();

@@ -116,6 +116,11 @@ std::int32_t autoIDFor(FileInfo& sheet, Item& parent);
 /// autoID), depth first in list order; none when it has no autoID.
 std::vector<Item*> automaticChildren(FileInfo& sheet, const Item& parent);
 
+/// Whether the Delete command asks "Delete Associated Items?" before deleting the item: it added
+/// items that are still on the sheet, and it isn't flagged `deleteauto`, which takes them along
+/// without asking.
+bool asksAboutAutomaticChildren(FileInfo& sheet, const Item& item);
+
 /// The first element of the list's own chain (not inside sublists) with that name, ignoring case.
 Item* findItemInList(ListInfo& list, std::string_view name);
 /// The first element of the list with that name, ignoring case, walking sublists depth first.

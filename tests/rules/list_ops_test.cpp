@@ -218,6 +218,10 @@ TEST_F(AutomaticLinks, IdsComeFromTheSheetCounterOnce) {
   Item item(ItemKind::Item, "New");
   EXPECT_EQ(autoIDFor(fresh, item), 1);
   EXPECT_EQ(automaticChildren(sheet_, *p_).size(), 2u);
+  EXPECT_TRUE(asksAboutAutomaticChildren(sheet_, *p_));
+  p_->setDeleteAuto(true);
+  EXPECT_FALSE(asksAboutAutomaticChildren(sheet_, *p_));
+  EXPECT_FALSE(asksAboutAutomaticChildren(sheet_, *skills_->items.back()));
 }
 
 TEST_F(AutomaticLinks, DeletingAParentSweepsItsChildrenAndTheirChildren) {
