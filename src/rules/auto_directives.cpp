@@ -28,6 +28,8 @@ struct Directive {
 };
 
 constexpr std::string_view kOpenCloseTitle = "Error with ?open/close in autoitems";
+/// The most draws one ?nrand makes, so that a stray count can't keep the program busy.
+constexpr int kMaxRandomDraws = 1000;
 /// The longest value ?setval puts in a variable.
 constexpr std::size_t kMaxSetValue = 255;
 
@@ -391,7 +393,7 @@ AutoStep onNRand(AutoRun& run, const AutoElement& element) {
   Value count;
   if (!run.evaluate(element.argument, count)) return AutoStep::Fail;
   run.state.randomMode = true;
-  run.state.randomCount = std::max(0, integerOf(count));
+  run.state.randomCount = std::clamp(integerOf(count), 0, kMaxRandomDraws);
   return AutoStep::Go;
 }
 
