@@ -223,10 +223,18 @@ DeleteOutcome removeElement(FileInfo& sheet, ListInfo& list, Item& item,
   }
   ChangeBatch batch(sheet);
   if (item.isSublist() && item.open()) item.setOpen(false);
-  if (item.autoID != 0 && !options.keepAutomaticChildren) {
+  if (!options.keepAutomaticChildren) {
+    // The items that the element, or any member of it, added.
     Marks own;
-    markChildren(sheet, item.autoID, own);
-    sweepMarked(sheet, options, &own, &item);
+    auto mark = [&](Item& member) { markChildren(sheet, member.autoID, own); };
+    forEachInSubtree(item, mark);
+    if (!own.empty()) sweepMarked(sheet, options, &own, &item);
+    // Members that the element itself added go with it, tied to it as before.
+    auto unmark = [&](Item& member) {
+      auto found = own.find(&member);
+      if (found != own.end()) member.autoParent = found->second;
+    };
+    forEachInSubtree(item, unmark);
     if (!findSlot(list, &item, slot)) {
       showError("Can't delete item in list");
       return {};

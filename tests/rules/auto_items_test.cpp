@@ -6,9 +6,11 @@
 
 #include "core/option_tree.h"
 #include "core/random.h"
+#include "core/undo.h"
 #include "list_fixture.h"
 #include "rules/auto_items.h"
 #include "rules/edit.h"
+#include "rules/list_undo.h"
 #include "rules/place_item.h"
 
 namespace zv::testing {
@@ -457,6 +459,21 @@ TEST_F(AutoItems, AGroupFillsItself) {
   ASSERT_EQ(added.status, AddStatus::Added) << messages();
   EXPECT_EQ(layout(*gear_), "Kit[Rope,Torch]");
   EXPECT_EQ(added.item->childCost, 0.0);  // uncharged members
+}
+
+TEST_F(AutoItems, AKitDeletedAndUndoneKeepsItsMembersTiedToIt) {
+  masterGroup("Gear", "Kit").autoitems = "Rope;Torch;";
+  Item* kit = add(*gear_, "Kit").item;
+  const std::int32_t id = kit->autoID;
+  ASSERT_TRUE(deleteItems(sheet_, *gear_, {kit}).deleted);
+  ASSERT_TRUE(undoPop(sheet_));
+  EXPECT_EQ(layout(*gear_), "Kit[Rope,Torch]");
+  for (const auto& member : gear_->items.front()->children)
+    EXPECT_EQ(member->autoParent, id);
+  // Another deletion's sweep leaves them alone.
+  add(*gear_, "Lamp");
+  deleteElement(sheet_, *gear_, *gear_->items.back());
+  EXPECT_EQ(layout(*gear_), "Kit[Rope,Torch]");
 }
 
 TEST_F(AutoItems, AGroupThatAddsItselfIsARecursion) {
