@@ -16,20 +16,6 @@
 namespace zv::testing {
 namespace {
 
-TEST(AutoItemsText, SplitsElementsAndDirectives) {
-  const std::vector<AutoElement> elements = splitAutoItems(" Rope; ?cat: Skills ;;?open;Climb=2");
-  ASSERT_EQ(elements.size(), 4u);
-  EXPECT_FALSE(elements[0].directive);
-  EXPECT_EQ(elements[0].name, "Rope");
-  EXPECT_TRUE(elements[1].directive);
-  EXPECT_EQ(elements[1].name, "cat");
-  EXPECT_EQ(elements[1].argument, "Skills");
-  EXPECT_TRUE(elements[1].hasArgument);
-  EXPECT_FALSE(elements[2].hasArgument);
-  EXPECT_EQ(elements[3].text, "Climb=2");
-  EXPECT_FALSE(elements[3].terminated);
-}
-
 struct RefCase {
   const char* text;
   const char* category;
@@ -105,15 +91,6 @@ TEST(AutoItemsText, CountTexts) {
     EXPECT_EQ(chooseCountText(bounds.first, bounds.second),
               std::string(start) + "Click an item in the list to choose it.");
   }
-}
-
-TEST(AutoItemsText, ChoosePatterns) {
-  EXPECT_TRUE(matchesChoosePattern("*", "Anything"));
-  EXPECT_TRUE(matchesChoosePattern("*lore", "Fen Lore"));
-  EXPECT_TRUE(matchesChoosePattern("*LORE*", "Lore of Bells"));
-  EXPECT_TRUE(matchesChoosePattern("R?pe", "rope"));
-  EXPECT_FALSE(matchesChoosePattern("*Lore", "Lore of Bells"));
-  EXPECT_FALSE(matchesChoosePattern("Rope", "Ropes"));
 }
 
 class AutoItems : public ListOpsTest {
@@ -224,32 +201,22 @@ TEST_F(AutoItems, ConditionsChooseOneBranch) {
   }
 }
 
-TEST_F(AutoItems, ItemsAreTiedToTheirParent) {
+TEST_F(AutoItems, ItemsAreTiedToTheirParentAndComeFreeUnlessCharged) {
   sheet_.nextAutoID = 4;
-  EXPECT_EQ(run("Climb;?list:Gear;?cat:Gear;Rope;"), 2);
+  EXPECT_EQ(run("Climb;?list:Gear;?cat:Gear;Rope;?charge;Torch;"), 3);
   EXPECT_EQ(parent_->autoID, 4);
   EXPECT_EQ(sheet_.nextAutoID, 5);
-  Item& climb = *skills_->items[1];
-  Item& rope = *gear_->items.front();
-  for (Item* child : {&climb, &rope}) {
+  for (Item* child : {skills_->items[1].get(), gear_->items[0].get(), gear_->items[1].get()}) {
     EXPECT_EQ(child->autoParent, 4);
     EXPECT_TRUE(child->autoAdded());
-    EXPECT_FALSE(child->inTotal());  // not charged
   }
-  EXPECT_EQ(variable("GearPts"), "0");
-  EXPECT_EQ(layout(*skills_), "Parent,Climb");
-}
-
-TEST_F(AutoItems, ChargingAndMarking) {
-  EXPECT_EQ(run("?cat:Gear;?charge;Rope;?nocharge;Torch;"), 2);
-  EXPECT_TRUE(skills_->items[1]->inTotal());
-  EXPECT_FALSE(skills_->items[2]->inTotal());
-  clear(*skills_, 1);
+  EXPECT_EQ(variable("GearPts"), "2");  // the rope came free, the torch charged
+  clear(*gear_);
   parent_->setAutoChargeCost(true);
   parent_->setDontMarkAuto(true);
   EXPECT_EQ(run("?cat:Gear;Rope;"), 1);
-  EXPECT_TRUE(skills_->items[1]->inTotal());
-  EXPECT_FALSE(skills_->items[1]->autoAdded());
+  EXPECT_TRUE(skills_->items.back()->inTotal());
+  EXPECT_FALSE(skills_->items.back()->autoAdded());
 }
 
 TEST_F(AutoItems, ReferencesNameDisplayNameLevelAndBlankItems) {
@@ -319,13 +286,11 @@ TEST_F(AutoItems, TenSublistsOpenInsideEachOtherAndTheEleventhFails) {
   EXPECT_EQ(layout(*skills_), "Parent,G1[G2[Climb],Swim],Lore");
 }
 
-TEST_F(AutoItems, AChoiceOfAsManyAsItOffersTakesThemAllWithoutAsking) {
+TEST_F(AutoItems, AChoiceAsksTheHostUnlessItOffersAsManyAsItTakes) {
   EXPECT_EQ(run("?choose:Pick,2,Climb,Swim,Nowhere;"), 2);
   EXPECT_EQ(layout(*skills_), "Parent,Climb,Swim");
   EXPECT_EQ(messages(), "");
-}
-
-TEST_F(AutoItems, AChoiceAsksTheHost) {
+  clear(*skills_, 1);
   host_.addAnswer("Swim");
   EXPECT_EQ(run("?choose:Pick,1,Climb,Swim;"), 1);
   EXPECT_EQ(layout(*skills_), "Parent,Swim");
@@ -358,6 +323,8 @@ TEST_F(AutoItems, PatternsSelectExpressionsAndCostedRows) {
   clear(*skills_, 1);
   EXPECT_EQ(run("?selexp:@basecost>3;?choose:Learn,1,*Lore*;"), 1) << messages();
   EXPECT_EQ(layout(*skills_), "Parent,Fen Lore");
+  EXPECT_TRUE(matchesChoosePattern("R?pe*", "rope ladder"));
+  EXPECT_FALSE(matchesChoosePattern("*Lore", "Lore of Bells"));
 }
 
 TEST_F(AutoItems, RandomDrawsComeFromTheSublistsMembers) {
@@ -450,15 +417,6 @@ TEST_F(AutoItems, DataSheetsLoadThroughTheInstalledLoader) {
   EXPECT_EQ(loaded, "extra.cds");
   EXPECT_EQ(run("?datasheet:missing.cds;Climb;"), -1);
   setAutoDataSheetLoader(std::move(previous));
-}
-
-TEST_F(AutoItems, AGroupFillsItself) {
-  Item& kit = masterGroup("Gear", "Kit");
-  kit.autoitems = "Rope;Torch;";
-  AddResult added = add(*gear_, "Kit");
-  ASSERT_EQ(added.status, AddStatus::Added) << messages();
-  EXPECT_EQ(layout(*gear_), "Kit[Rope,Torch]");
-  EXPECT_EQ(added.item->childCost, 0.0);  // uncharged members
 }
 
 TEST_F(AutoItems, AKitDeletedAndUndoneKeepsItsMembersTiedToIt) {

@@ -124,13 +124,5 @@ TEST_F(ListUndo, AListThatIsGoneStopsTheUndo) {
   EXPECT_EQ(messages(), "[Error] Unable to find list Gear to perform undo.");
 }
 
-TEST_F(ListUndo, AnyOtherEditClearsTheDeletions) {
-  ASSERT_TRUE(deleteItems(sheet_, *skills_, rows({0})).deleted);
-  EXPECT_TRUE(undoCanUndo(sheet_));
-  add(*skills_, "A");
-  setChanged(sheet_, true);
-  EXPECT_FALSE(undoCanUndo(sheet_));
-}
-
 }  // namespace
 }  // namespace zv::testing
