@@ -147,7 +147,7 @@ AutoStep AutoRun::choose(std::string_view argument, ChooseMode mode) {
       candidate.ref.level = trim(*level);
       candidate.ref.hasLevel = !candidate.ref.level.empty();
     }
-    const AutoStep step = addFrom(candidate.master, candidate.ref, candidate.category);
+    const AutoStep step = addAutoItem(candidate.master, candidate.ref, candidate.category);
     if (step != AutoStep::Go) return step;
   }
   return AutoStep::Go;

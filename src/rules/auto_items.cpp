@@ -406,7 +406,7 @@ AutoStep AutoRun::reference(std::string_view text) {
       const AutoItemRef fallback = parseAutoItemRef(state.defaultItem);
       master = findMaster(fallback.hasCategory ? fallback.category : categoryName, fallback.name);
     }
-    return addFrom(master, ref, categoryName);
+    return addAutoItem(master, ref, categoryName);
   }
   const int draws = std::max(state.randomCount, 1);
   state.randomMode = false;
@@ -430,14 +430,14 @@ AutoStep AutoRun::reference(std::string_view text) {
     const Item* drawn = pool[randomBelow(static_cast<std::uint32_t>(pool.size()))];
     AutoItemRef one = ref;
     one.hasDisplayName = false;
-    const AutoStep step = addFrom(drawn, one, categoryName);
+    const AutoStep step = addAutoItem(drawn, one, categoryName);
     if (step != AutoStep::Go) return step;
   }
   return AutoStep::Go;
 }
 
-AutoStep AutoRun::addFrom(const Item* master, const AutoItemRef& ref,
-                          std::string_view categoryName) {
+AutoStep AutoRun::addAutoItem(const Item* master, const AutoItemRef& ref,
+                              std::string_view categoryName) {
   std::unique_ptr<Item> copy;
   if (master != nullptr) {
     copy = master->clone();
@@ -464,7 +464,7 @@ AutoStep AutoRun::addFrom(const Item* master, const AutoItemRef& ref,
       return raise(*existing, *copy);
     }
   }
-  return applyAndAdd(std::move(copy));
+  return applyAutoItem(std::move(copy));
 }
 
 AutoStep AutoRun::raise(Item& existing, Item& copy) {
@@ -485,7 +485,7 @@ AutoStep AutoRun::raise(Item& existing, Item& copy) {
   return AutoStep::Go;
 }
 
-AutoStep AutoRun::applyAndAdd(std::unique_ptr<Item> copy) {
+AutoStep AutoRun::applyAutoItem(std::unique_ptr<Item> copy) {
   if (!state.charge) copy->setInTotal(false);
   if (state.sublistStack.empty() && !parent.dontMarkAuto()) copy->setAutoAdded(true);
   if (state.useDefault && !copy->defaultText.empty()) copy->setUseDefault(true);

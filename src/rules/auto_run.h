@@ -91,9 +91,10 @@ class AutoRun {
   AutoStep directive(const AutoElement& element);
   /// An item reference: one item, or in random mode a draw (repeated for ?nrand).
   AutoStep reference(std::string_view text);
-  /// Adds a copy of `master` (or a blank item of the reference's name when null) with the
-  /// reference's display name and level, or raises the item of that name already listed.
-  AutoStep addFrom(const Item* master, const AutoItemRef& ref, std::string_view categoryName);
+  /// Makes the item of a reference: a copy of `master` (or a blank item of the reference's name
+  /// when null) with the reference's display name and level. An item of that name already listed
+  /// is raised instead; otherwise applyAutoItem adds the copy.
+  AutoStep addAutoItem(const Item* master, const AutoItemRef& ref, std::string_view categoryName);
   /// ?clear: the state as at the start, but for the ?if nesting and the run's bookkeeping.
   void clearState();
   /// ?choose, ?cchoose and ?uchoose (auto_choose.cpp).
@@ -121,8 +122,12 @@ class AutoRun {
   AutoState state;
 
  private:
+  /// The duplicate rule: the listed item takes the higher level and the pending options.
   AutoStep raise(Item& existing, Item& copy);
-  AutoStep applyAndAdd(std::unique_ptr<Item> copy);
+  /// Attaches the run's state to a new item (charge, marks, adjustment, categories, options,
+  /// item references, the tie to the parent) and adds it where the run sends items; then the
+  /// check of its requirements.
+  AutoStep applyAutoItem(std::unique_ptr<Item> copy);
 };
 
 /// Loads a data sheet through the installed loader (true without one).
