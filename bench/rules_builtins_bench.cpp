@@ -44,18 +44,18 @@ void BM_PrereqSatisfied(benchmark::State& state) {
 }
 BENCHMARK(BM_PrereqSatisfied)->Arg(300);
 
-void BM_RollSpecification(benchmark::State& state) {
+void BM_RollDiceText(benchmark::State& state) {
   zv::HeadlessHost host(nullptr);
   zv::HostInstallation installed(host);
   zv::seedRandom(1);
   std::string result;
   for (auto _ : state) {
-    bool rolled = zv::evaluateSpec("3:4d6+2;6*3d6;5p52", result, nullptr);
+    bool rolled = zv::evaluateDiceText("3:4d6+2;6*3d6;5p52", result, nullptr);
     benchmark::DoNotOptimize(rolled);
     benchmark::DoNotOptimize(result);
   }
   state.SetItemsProcessed(state.iterations());
 }
-BENCHMARK(BM_RollSpecification);
+BENCHMARK(BM_RollDiceText);
 
 }  // namespace

@@ -18,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   zv::seedRandom(1);
   std::string result;
   std::vector<zv::DieRoll> rolls;
-  if (zv::evaluateSpec(text, result, &rolls)) {
+  if (zv::evaluateDiceText(text, result, &rolls)) {
     (void)zv::bodyText(result, rolls);
     (void)zv::soundFileName(rolls, true);
     for (const zv::DieRoll& roll : rolls) {

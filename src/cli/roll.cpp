@@ -9,13 +9,13 @@ namespace zv::cli {
 // roll DICE: the result text of the die roller, then a newline.
 int runRoll(Context&, const std::vector<std::string>& args) {
   if (args.empty()) return usageError("roll needs a dice text");
-  std::string spec;
+  std::string dice;
   for (const std::string& word : args) {
-    if (!spec.empty()) spec += ' ';
-    spec += utf8ToWindows1252(word);
+    if (!dice.empty()) dice += ' ';
+    dice += utf8ToWindows1252(word);
   }
   std::string result;
-  if (!evaluateSpec(spec, result, nullptr)) return 1;
+  if (!evaluateDiceText(dice, result, nullptr)) return 1;
   std::cout << windows1252ToUtf8(result) << '\n';
   return 0;
 }

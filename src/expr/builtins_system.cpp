@@ -154,10 +154,10 @@ std::string pictureSizeText(std::string_view data) {
 }
 
 int builtinRolldiceText(BuiltinCall& call) {
-  std::string spec;
-  if (installedRoller == nullptr || !textArgument(call, 0, spec)) return 0;
+  std::string dice;
+  if (installedRoller == nullptr || !textArgument(call, 0, dice)) return 0;
   std::string result;
-  if (!installedRoller(spec, result)) result.clear();
+  if (!installedRoller(dice, result)) result.clear();
   call.result = Value(result);
   return 0;
 }

@@ -13,7 +13,7 @@
 namespace zv {
 
 /// Rolls a die specification into its result text; false after a shown failure.
-using DiceRoller = bool (*)(std::string_view spec, std::string& result);
+using DiceRoller = bool (*)(std::string_view dice, std::string& result);
 /// Installs the roller of rolldice(text) and returns the previous one (null: none).
 DiceRoller setDiceRoller(DiceRoller roller);
 

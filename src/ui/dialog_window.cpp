@@ -32,10 +32,10 @@ QColor colourOf(std::uint32_t colour) {
   return QColor(rgb.red, rgb.green, rgb.blue);
 }
 
-QFont fontOf(const FontSpec& spec, const QFont& fallback) {
-  FontStyle style = fontStyleOf(spec.fontSize);
+QFont fontOf(const FontSpec& fontSpec, const QFont& fallback) {
+  FontStyle style = fontStyleOf(fontSpec.fontSize);
   if (!style.present()) return fallback;
-  QFont font(fromSystemText(spec.fontFace.str()));
+  QFont font(fromSystemText(fontSpec.fontFace.str()));
   font.setPixelSize(std::max(1, fontPixelHeight(style.points, host().screenPixelsPerInch().y)));
   font.setBold(style.bold);
   font.setItalic(style.italic);
@@ -149,9 +149,9 @@ QFont DialogWindow::fieldFont(const DlgItem& item, QColor& colour) const {
       resolveFontIndex(item.fontIndex, expressionResult, static_cast<int>(dialog_.fonts.size()));
   colour = palette().color(QPalette::WindowText);
   if (index > 0) {
-    const FontSpec& spec = dialog_.fonts[static_cast<std::size_t>(index) - 1];
-    if (spec.fontColor != 0) colour = colourOf(spec.fontColor);
-    return fontOf(spec, dialogFont_);
+    const FontSpec& fontSpec = dialog_.fonts[static_cast<std::size_t>(index) - 1];
+    if (fontSpec.fontColor != 0) colour = colourOf(fontSpec.fontColor);
+    return fontOf(fontSpec, dialogFont_);
   }
   return dialogFont_;
 }

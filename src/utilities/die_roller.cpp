@@ -23,8 +23,8 @@ std::int32_t wrap(std::int64_t value) {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(static_cast<std::uint64_t>(value)));
 }
 
-std::int32_t rollDie(DieSpec spec) {
-  return randomNumber() % spec.size + spec.offset + 1;
+std::int32_t rollDie(DieSpec sides) {
+  return randomNumber() % sides.size + sides.offset + 1;
 }
 
 enum class DealKind { Sum, List, Cards };
@@ -61,11 +61,12 @@ class SpecEvaluator {
         return repeat(accumulator, result);
       } else if (c == 'u' || c == 'p') {
         ++position_;
-        const DieSpec spec = readDieSize();
+        const DieSpec sides = readDieSize();
         if (!failure_.empty()) return false;
         std::string dealt;
         std::int32_t ignored = 0;
-        if (!deal(accumulator, spec, c == 'p' ? DealKind::Cards : DealKind::List, ignored, dealt)) {
+        if (!deal(accumulator, sides, c == 'p' ? DealKind::Cards : DealKind::List, ignored,
+                  dealt)) {
           return false;
         }
         result += dealt;
@@ -108,36 +109,36 @@ class SpecEvaluator {
 
   /// The die size after "d", "c", "u" or "p".
   DieSpec readDieSize() {
-    DieSpec spec;
+    DieSpec sides;
     if (peek() == '0') {
-      spec.size = 1;
-      spec.offset = -1;
+      sides.size = 1;
+      sides.offset = -1;
       int zeros = 0;
       while (peek() == '0') {
         ++position_;
         // Ten to the ninth is the largest power that a 32-bit size holds.
-        if (++zeros <= 9) spec.size *= 10;
+        if (++zeros <= 9) sides.size *= 10;
       }
-      if (!atDigit()) return spec;
-      if (!readNumber(spec.size)) return spec;
-      if (spec.size == 1) spec.size = 2;
-      return spec;
+      if (!atDigit()) return sides;
+      if (!readNumber(sides.size)) return sides;
+      if (sides.size == 1) sides.size = 2;
+      return sides;
     }
     if (atDigit()) {
-      if (!readNumber(spec.size)) return spec;
-      if (spec.size == 1) {
-        spec.size = 2;
-        spec.offset = -1;
+      if (!readNumber(sides.size)) return sides;
+      if (sides.size == 1) {
+        sides.size = 2;
+        sides.offset = -1;
       }
       // "d0..." is taken above, so a size read here is at least 1; a size of 0 can't arise.
-      return spec;
+      return sides;
     }
     if (lower(peek()) == 'f') {
       ++position_;
-      spec.size = 3;
-      spec.offset = -2;
+      sides.size = 3;
+      sides.offset = -2;
     }
-    return spec;
+    return sides;
   }
 
   bool countDice(std::int64_t count) {
@@ -169,19 +170,19 @@ class SpecEvaluator {
                     "Die size missing after dice to total and dice to roll.");
       }
       ++position_;
-      const DieSpec spec = readDieSize();
+      const DieSpec sides = readDieSize();
       if (!failure_.empty()) return false;
       if (m > kMaxKeepDice) return fail("Too Many Dice", "More than 1000 dice may not be rolled.");
       if (m < n) {
         return fail("Illegal Die Specification",
                     "Number of dice to total is greater than dice rolled.");
       }
-      return keepHighest(n, m, spec, value);
+      return keepHighest(n, m, sides, value);
     }
     if (c == 'd') {
       ++position_;
       if (n == 0) n = 1;
-      const DieSpec spec = readDieSize();
+      const DieSpec sides = readDieSize();
       if (!failure_.empty()) return false;
       const char suffix = peek();
       std::int32_t threshold = 0;
@@ -192,8 +193,8 @@ class SpecEvaluator {
       if (!countDice(n)) return false;
       std::int64_t total = 0;
       for (std::int32_t i = 0; i < n; ++i) {
-        const std::int32_t die = rollDie(spec);
-        show(DieRoll{spec.size, spec.offset, die, false});
+        const std::int32_t die = rollDie(sides);
+        show(DieRoll{sides.size, sides.offset, die, false});
         if (suffix == '!') {
           total += die >= threshold ? 1 : 0;
         } else if (suffix == '~') {
@@ -208,23 +209,23 @@ class SpecEvaluator {
     if (c == 'c') {
       ++position_;
       if (n == 0) n = 1;
-      const DieSpec spec = readDieSize();
+      const DieSpec sides = readDieSize();
       if (!failure_.empty()) return false;
       std::string ignored;
-      return deal(n, spec, DealKind::Sum, value, ignored);
+      return deal(n, sides, DealKind::Sum, value, ignored);
     }
     value = n;
     return true;
   }
 
   /// The best `keep` of `count` dice, kept highest first with ties in the order rolled.
-  bool keepHighest(std::int32_t keep, std::int32_t count, DieSpec spec, std::int32_t& value) {
+  bool keepHighest(std::int32_t keep, std::int32_t count, DieSpec sides, std::int32_t& value) {
     value = 0;
-    if (count < 1 || spec.size < 1) return true;
+    if (count < 1 || sides.size < 1) return true;
     if (!countDice(count)) return false;
     std::vector<std::int32_t> dice;
     for (std::int32_t i = 0; i < count; ++i) {
-      const std::int32_t die = rollDie(spec);
+      const std::int32_t die = rollDie(sides);
       auto place =
           std::find_if(dice.begin(), dice.end(), [die](std::int32_t d) { return die > d; });
       dice.insert(place, die);
@@ -233,21 +234,22 @@ class SpecEvaluator {
     for (std::int32_t i = 0; i < keep && i < count; ++i)
       sum += dice[static_cast<std::size_t>(i)];
     for (std::int32_t die : dice)
-      show(DieRoll{spec.size, spec.offset, die, false});
+      show(DieRoll{sides.size, sides.offset, die, false});
     value = wrap(sum);
     return true;
   }
 
   /// `count` different numbers of a die: summed, or listed by name in `text`.
-  bool deal(std::int32_t count, DieSpec spec, DealKind kind, std::int32_t& sum, std::string& text) {
-    const std::string form = strprintf("%dc%d", count, spec.size);
-    if (spec.size > kMaxChooseRange) {
+  bool deal(std::int32_t count, DieSpec sides, DealKind kind, std::int32_t& sum,
+            std::string& text) {
+    const std::string form = strprintf("%dc%d", count, sides.size);
+    if (sides.size > kMaxChooseRange) {
       return fail("Range Too Large",
                   strprintf("The choose specification %s is illegal. The limit on the range is "
                             "1000.",
                             form));
     }
-    if (count > spec.size) {
+    if (count > sides.size) {
       return fail("Inconsistent Values",
                   strprintf("The choose specification %s is illegal. The number to choose is "
                             "greater than the range.",
@@ -258,20 +260,20 @@ class SpecEvaluator {
       return true;
     }
     if (!countDice(count)) return false;
-    std::vector<std::int32_t> remaining(static_cast<std::size_t>(spec.size));
-    for (std::int32_t i = 0; i < spec.size; ++i)
+    std::vector<std::int32_t> remaining(static_cast<std::size_t>(sides.size));
+    for (std::int32_t i = 0; i < sides.size; ++i)
       remaining[static_cast<std::size_t>(i)] = i + 1;
     std::int64_t total = 0;
     const bool cards = kind == DealKind::Cards;
     for (std::int32_t i = 0; i < count; ++i) {
       const std::size_t index = static_cast<std::size_t>(randomNumber()) % remaining.size();
-      const std::int32_t draw = remaining[index] + spec.offset;
+      const std::int32_t draw = remaining[index] + sides.offset;
       remaining.erase(remaining.begin() + static_cast<long>(index));
-      show(DieRoll{spec.size, spec.offset, draw, cards});
+      show(DieRoll{sides.size, sides.offset, draw, cards});
       total += draw;
       if (kind != DealKind::Sum) {
         if (i > 0) text += ',';
-        text += drawName(draw, spec, cards).substr(0, kMaxDrawName);
+        text += drawName(draw, sides, cards).substr(0, kMaxDrawName);
       }
     }
     sum = wrap(total);
@@ -332,9 +334,9 @@ class SpecEvaluator {
 
 }  // namespace
 
-bool evaluateSpec(std::string_view spec, std::string& result, std::vector<DieRoll>* rolls) {
+bool evaluateDiceText(std::string_view diceText, std::string& result, std::vector<DieRoll>* rolls) {
   std::string text;
-  for (char c : spec) {
+  for (char c : diceText) {
     if (c != ' ') text += c;
   }
   result.clear();
@@ -343,15 +345,15 @@ bool evaluateSpec(std::string_view spec, std::string& result, std::vector<DieRol
   return evaluator.run(result);
 }
 
-std::string drawName(std::int32_t value, DieSpec spec, bool isCard) {
+std::string drawName(std::int32_t value, DieSpec sides, bool isCard) {
   if (!isCard) {
-    if (spec.size == 3 && spec.offset == -2) return value < 0 ? "-" : value == 0 ? "0" : "+";
+    if (sides.size == 3 && sides.offset == -2) return value < 0 ? "-" : value == 0 ? "0" : "+";
     return strprintf("%d", value);
   }
   static constexpr const char* kRanks[] = {"2", "3",  "4", "5", "6", "7", "8",
                                            "9", "10", "J", "Q", "K", "A"};
-  const std::int32_t deck = std::min(spec.size, kMaxDeck);
-  std::int32_t v = value - spec.offset;
+  const std::int32_t deck = std::min(sides.size, kMaxDeck);
+  std::int32_t v = value - sides.offset;
   if (deck < 1) return strprintf("%d", value);
   if (v > deck) v %= deck;
   // A draw that is a whole number of decks stands for the deck's last card.
@@ -424,9 +426,10 @@ void RollHistory::pushResult(std::string result) {
   results_.insert(results_.begin(), std::move(result));
 }
 
-bool RollHistory::remember(std::string spec) {
-  if (std::find(remembered_.begin(), remembered_.end(), spec) != remembered_.end()) return false;
-  remembered_.insert(remembered_.begin(), std::move(spec));
+bool RollHistory::remember(std::string diceText) {
+  if (std::find(remembered_.begin(), remembered_.end(), diceText) != remembered_.end())
+    return false;
+  remembered_.insert(remembered_.begin(), std::move(diceText));
   if (remembered_.size() > kMaxRemembered) remembered_.resize(kMaxRemembered);
   return true;
 }

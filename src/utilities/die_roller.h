@@ -35,11 +35,11 @@ inline constexpr long kMaxDicePerSpecification = 100000;
 
 /// Evaluates a specification into its result text, appending the dice to `rolls` when given.
 /// False after the failure was shown in a box with its title; `result` is then unspecified.
-bool evaluateSpec(std::string_view spec, std::string& result, std::vector<DieRoll>* rolls);
+bool evaluateDiceText(std::string_view dice, std::string& result, std::vector<DieRoll>* rolls);
 
 /// The name of a draw of a unique deal: "%d", or "-", "0", "+" for the three faces of dF; for a
 /// card its rank and suit ("10S", "AH") or a joker ("J", "J1").
-std::string drawName(std::int32_t value, DieSpec spec, bool isCard);
+std::string drawName(std::int32_t value, DieSpec sides, bool isCard);
 
 /// The BODY line: over the shown dice of size 6 and offset 0 a 1 counts 0, a 6 counts 2, others
 /// 1; "%s / %d BODY" of the result and the count when there was such a die, else the result.
@@ -67,7 +67,7 @@ class RollHistory {
   void pushResult(std::string result);
   /// Puts a specification on top of the remembered ones unless it is there already (compared
   /// exactly). Returns true when the list changed.
-  bool remember(std::string spec);
+  bool remember(std::string dice);
   /// Removes remembered specification `index`.
   void forget(std::size_t index);
   void setRemembered(std::vector<std::string> specs);

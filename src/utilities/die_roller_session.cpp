@@ -46,9 +46,9 @@ DieRollerSettings DieRollerSettings::load(const Settings& settings) {
     if (!caption.empty()) loaded.buttons[static_cast<size_t>(i)] = std::move(caption);
   }
   for (int i = 1;; ++i) {
-    std::string spec = settings.getString(kSection, strprintf("dieroll%d", i), "");
-    if (spec.empty()) break;
-    loaded.remembered.push_back(std::move(spec));
+    std::string dice = settings.getString(kSection, strprintf("dieroll%d", i), "");
+    if (dice.empty()) break;
+    loaded.remembered.push_back(std::move(dice));
   }
   loaded.showBody = readFlag(settings, "Show BODY", false);
   loaded.showRolls = readFlag(settings, "Show Rolls", true);
@@ -91,30 +91,30 @@ void DieRollerSettings::saveWindow(Settings& settings) const {
   settings.setString(kSection, "Screen Position", screenPosition);
 }
 
-std::optional<RollOutcome> DieRollerSession::roll(std::string_view spec, bool quickButton) {
-  if (spec.empty()) return std::nullopt;
+std::optional<RollOutcome> DieRollerSession::roll(std::string_view dice, bool quickButton) {
+  if (dice.empty()) return std::nullopt;
   history_.pushResult(result_);
   RollOutcome outcome;
-  if (!evaluateSpec(spec, outcome.result, &outcome.rolls)) return std::nullopt;
+  if (!evaluateDiceText(dice, outcome.result, &outcome.rolls)) return std::nullopt;
   if (outcome.result.empty()) return std::nullopt;
   if (settings_.playSoundEffects) outcome.sound = soundFileName(outcome.rolls, settings_.showRolls);
   outcome.bodyLine = settings_.showBody ? bodyText(outcome.result, outcome.rolls) : outcome.result;
   result_ = outcome.result;
-  if (!quickButton) history_.remember(std::string(spec));
+  if (!quickButton) history_.remember(std::string(dice));
   return outcome;
 }
 
-std::optional<std::string> DieRollerSession::rollForScript(std::string_view spec) {
+std::optional<std::string> DieRollerSession::rollForScript(std::string_view dice) {
   settings_.showRolls = true;
-  std::optional<RollOutcome> outcome = roll(spec);
+  std::optional<RollOutcome> outcome = roll(dice);
   if (!outcome) return std::nullopt;
   return outcome->result;
 }
 
-bool DieRollerSession::setButtonCaption(int button, std::string_view spec) {
-  if (spec.empty() || button < 1 || button > DieRollerSettings::kQuickButtons) return false;
+bool DieRollerSession::setButtonCaption(int button, std::string_view dice) {
+  if (dice.empty() || button < 1 || button > DieRollerSettings::kQuickButtons) return false;
   settings_.buttons.resize(DieRollerSettings::kQuickButtons);
-  settings_.buttons[static_cast<size_t>(button - 1)] = std::string(spec);
+  settings_.buttons[static_cast<size_t>(button - 1)] = std::string(dice);
   return true;
 }
 

@@ -62,15 +62,15 @@ class DieRollerSession {
   /// evaluated, and on success the outcome shows and the specification is remembered (not for a
   /// quick button). Nullopt for an empty specification, a failure (its box was shown; the old
   /// result stays) or an empty result.
-  std::optional<RollOutcome> roll(std::string_view spec, bool quickButton = false);
+  std::optional<RollOutcome> roll(std::string_view dice, bool quickButton = false);
 
   /// A script's roll (the `dieroller` statement): the dice panel is turned on, then the roll.
   /// The result text, or nullopt.
-  std::optional<std::string> rollForScript(std::string_view spec);
+  std::optional<std::string> rollForScript(std::string_view dice);
 
   /// Shift with a quick button: the specification box's text becomes its caption (1 to 10).
   /// False for an empty text or a button out of range.
-  bool setButtonCaption(int button, std::string_view spec);
+  bool setButtonCaption(int button, std::string_view dice);
   /// Removes remembered specification `index`.
   void forget(std::size_t index);
 

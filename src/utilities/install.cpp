@@ -14,8 +14,8 @@ namespace {
 std::unique_ptr<PreferenceStore> installedStore;
 std::string installedDataDir;
 
-bool rollDice(std::string_view spec, std::string& result) {
-  return evaluateSpec(spec, result, nullptr);
+bool rollDice(std::string_view dice, std::string& result) {
+  return evaluateDiceText(dice, result, nullptr);
 }
 
 std::string dataDirectory() {

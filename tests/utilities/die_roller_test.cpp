@@ -18,11 +18,11 @@ class DieRollerTest : public ::testing::Test {
   DieRollerTest() : host_(nullptr), installed_(host_) {}
 
   /// The result of a specification rolled with the generator's state at 1, or the box shown.
-  std::string roll(std::string_view spec, std::vector<DieRoll>* rolls = nullptr) {
+  std::string roll(std::string_view dice, std::vector<DieRoll>* rolls = nullptr) {
     seedRandom(1);
     host_.clearTranscript();
     std::string result;
-    if (!evaluateSpec(spec, result, rolls)) {
+    if (!evaluateDiceText(dice, result, rolls)) {
       return host_.transcript().empty() ? "failed silently" : host_.transcript().back();
     }
     return result;
@@ -35,7 +35,7 @@ class DieRollerTest : public ::testing::Test {
 // With state 1 the generator draws 41, 18467, 6334, 26500, 19169, 15724, 11478, 29358.
 TEST_F(DieRollerTest, SpecificationsWithASeededSource) {
   struct Case {
-    const char* spec;
+    const char* dice;
     const char* result;
   };
   const Case cases[] = {
@@ -72,13 +72,13 @@ TEST_F(DieRollerTest, SpecificationsWithASeededSource) {
       {"3uF", "+,0,-"},             // the three faces of dF named
   };
   for (const Case& c : cases)
-    EXPECT_EQ(roll(c.spec), c.result) << c.spec;
+    EXPECT_EQ(roll(c.dice), c.result) << c.dice;
 }
 
 TEST_F(DieRollerTest, RepeatsKeepWhatCameBefore) {
   seedRandom(7);
   std::string result;
-  ASSERT_TRUE(evaluateSpec("3d6;6*1d4", result, nullptr));
+  ASSERT_TRUE(evaluateDiceText("3d6;6*1d4", result, nullptr));
   const std::size_t separator = result.find("; ");
   ASSERT_NE(separator, std::string::npos) << result;
   std::string rest = result.substr(separator + 2);
@@ -87,7 +87,7 @@ TEST_F(DieRollerTest, RepeatsKeepWhatCameBefore) {
 
 TEST_F(DieRollerTest, FailuresShowTheirBoxes) {
   struct Case {
-    const char* spec;
+    const char* dice;
     const char* box;
   };
   const Case cases[] = {
@@ -113,10 +113,10 @@ TEST_F(DieRollerTest, FailuresShowTheirBoxes) {
        "specification."},
   };
   for (const Case& c : cases)
-    EXPECT_EQ(roll(c.spec), c.box) << c.spec;
+    EXPECT_EQ(roll(c.dice), c.box) << c.dice;
   std::string result;
   seedRandom(1);
-  EXPECT_TRUE(evaluateSpec("1001d6", result, nullptr)) << "the dice form has no limit of 1000";
+  EXPECT_TRUE(evaluateDiceText("1001d6", result, nullptr)) << "the dice form has no limit of 1000";
 }
 
 TEST_F(DieRollerTest, ShownDiceAndSeparators) {
@@ -149,9 +149,9 @@ TEST_F(DieRollerTest, WindowTexts) {
   EXPECT_EQ(bodyText("17", rolls), "17 / 5 BODY");
   EXPECT_EQ(bodyText("41", {{100, -1, 41, false}}), "41");
 
-  auto sound = [this](const char* spec, bool showRolls = true) {
+  auto sound = [this](const char* dice, bool showRolls = true) {
     std::vector<DieRoll> shown;
-    roll(spec, &shown);
+    roll(dice, &shown);
     return soundFileName(shown, showRolls);
   };
   EXPECT_EQ(sound("d6"), "1die.wav");
