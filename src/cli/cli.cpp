@@ -19,6 +19,7 @@ struct CommandEntry {
 constexpr CommandEntry kCommands[] = {
     {"identify", runIdentify}, {"convert", runConvert},    {"dump", runDump},     {"eval", runEval},
     {"expand", runExpand},     {"load-data", runLoadData}, {"recalc", runRecalc}, {"roll", runRoll},
+    {"add", runAdd},           {"delete", runDelete},
 };
 
 /// Takes the global options from the front of `args`; false on a bad option.
@@ -93,6 +94,15 @@ std::string helpText() {
          "                     open a sheet or template, recalculate every item and list\n"
          "                     total, and save it in place (the old file becomes its .bak)\n"
          "                     or to OUT, in the form it was read in\n"
+         "  add SHEET LIST ITEM [--category CAT] [--level L] [-o OUT]\n"
+         "                     take ITEM from the loaded data sheets (the list's category,\n"
+         "                     or CAT), add a copy to the end of LIST as the program does,\n"
+         "                     with the items it brings automatically (questions answered\n"
+         "                     from --answers), and save in place or to OUT; a template\n"
+         "                     saved to a .chr becomes a new character sheet\n"
+         "  delete SHEET LIST ITEM [-o OUT]\n"
+         "                     delete the first element named ITEM from LIST with the items\n"
+         "                     it added automatically, and save in place or to OUT\n"
          "  roll DICE          the die roller's result for a dice text such as 3d6+2,\n"
          "                     3:4d6, 5c100, 5p52 or 6*3d6 (blanks are ignored)\n"
          "\n"

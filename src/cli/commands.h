@@ -48,6 +48,8 @@ class Context {
 /// Exit status of a command: 0 done, 1 failed, 2 bad usage.
 int usageError(const std::string& message);
 
+int runAdd(Context& context, const std::vector<std::string>& args);
+int runDelete(Context& context, const std::vector<std::string>& args);
 int runIdentify(Context& context, const std::vector<std::string>& args);
 int runConvert(Context& context, const std::vector<std::string>& args);
 int runDump(Context& context, const std::vector<std::string>& args);

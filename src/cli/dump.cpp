@@ -27,6 +27,18 @@ void writeItems(JsonWriter& json, const ItemChain& items) {
     json.number(item->cost);
     json.key("totalCost");
     json.number(item->totalCost);
+    if (!item->inTotal()) {
+      json.key("inTotal");
+      json.integer(0);
+    }
+    if (item->autoID != 0) {
+      json.key("autoID");
+      json.integer(item->autoID);
+    }
+    if (item->autoParent != 0) {
+      json.key("autoParent");
+      json.integer(item->autoParent);
+    }
     if (item->isSublist()) {
       json.key("childCost");
       json.number(item->childCost);

@@ -1,5 +1,6 @@
 #include "cli/open_sheet.h"
 
+#include "core/text.h"
 #include "formats/file_recognition.h"
 #include "formats/sheet_document.h"
 
@@ -8,6 +9,21 @@ namespace zv::cli {
 std::unique_ptr<FileInfo> openSheet(const std::string& path) {
   DocumentContext context;
   return openSheetFile(path, context);
+}
+
+bool saveOpenedSheet(const Context& context, FileInfo& sheet, const std::string& target,
+                     int fileType) {
+  DocumentContext document;
+  document.dataDir = context.dataDir();
+  document.binary = sheet.binary();
+  document.makeBackups = context.appSettings().makeBackups;
+  return writeSheetDocument(sheet, target, fileType, document);
+}
+
+int fileTypeForOutput(const std::string& target, int fallback) {
+  if (endsWithIgnoringCase(target, ".chr")) return kFileCharacterSheet;
+  if (endsWithIgnoringCase(target, ".cst")) return kFileCharacterTemplate;
+  return fallback;
 }
 
 bool isDataSheetFile(const std::string& path) {

@@ -1,6 +1,5 @@
 #include "cli/commands.h"
 #include "cli/open_sheet.h"
-#include "formats/sheet_document.h"
 #include "rules/recalculate.h"
 
 namespace zv::cli {
@@ -25,12 +24,8 @@ int runRecalc(Context& context, const std::vector<std::string>& args) {
   if (!sheet) return 1;
   recalculateSheet(*sheet);
 
-  DocumentContext document;
-  document.dataDir = context.dataDir();
-  document.binary = sheet->binary();
-  document.makeBackups = context.appSettings().makeBackups;
   const std::string target = output.empty() ? files[0] : output;
-  return writeSheetDocument(*sheet, target, sheet->fileType, document) ? 0 : 1;
+  return saveOpenedSheet(context, *sheet, target, sheet->fileType) ? 0 : 1;
 }
 
 }  // namespace zv::cli

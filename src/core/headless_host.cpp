@@ -104,13 +104,12 @@ std::optional<std::string> HeadlessHost::enterFileValue(std::string_view title,
   return std::string(initial);
 }
 
-std::vector<int> HeadlessHost::choose(const ChoiceRequest& request) {
-  emitLine(lineFor(request.title, request.prompt));
-  auto answer = nextAnswer();
-  if (!answer) return request.initial;
-  if (equalsIgnoringCase(*answer, "Cancel")) return {};
+namespace {
+
+/// The indices of the choices an answer names, separated by ";".
+std::vector<int> namedChoices(const ChoiceRequest& request, const std::string& answer) {
   std::vector<int> picked;
-  for (const std::string& part : split(*answer, ';')) {
+  for (const std::string& part : split(answer, ';')) {
     std::string wanted = trim(part);
     for (size_t i = 0; i < request.choices.size(); ++i) {
       if (equalsIgnoringCase(request.choices[i], wanted)) {
@@ -121,6 +120,27 @@ std::vector<int> HeadlessHost::choose(const ChoiceRequest& request) {
     if (!request.multiple && !picked.empty()) break;
   }
   return picked;
+}
+
+}  // namespace
+
+std::optional<std::vector<int>> HeadlessHost::chooseSome(const ChoiceRequest& request) {
+  emitLine(lineFor(request.title, request.prompt));
+  auto answer = nextAnswer();
+  if (!answer) return request.initial;
+  if (equalsIgnoringCase(trim(*answer), "Cancel")) return std::nullopt;
+  if (trim(*answer).empty() || equalsIgnoringCase(trim(*answer), "None")) {
+    return std::vector<int>{};
+  }
+  return namedChoices(request, *answer);
+}
+
+std::vector<int> HeadlessHost::choose(const ChoiceRequest& request) {
+  emitLine(lineFor(request.title, request.prompt));
+  auto answer = nextAnswer();
+  if (!answer) return request.initial;
+  if (equalsIgnoringCase(*answer, "Cancel")) return {};
+  return namedChoices(request, *answer);
 }
 
 std::vector<std::string> HeadlessHost::chooseFiles(const FileRequest& request) {

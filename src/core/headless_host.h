@@ -46,6 +46,10 @@ class HeadlessHost : public Host {
   std::optional<std::string> enterFileValue(std::string_view title,
                                             std::string_view initial) override;
   std::vector<int> choose(const ChoiceRequest& request) override;
+  /// Shows "[title] prompt" and takes the next answer: "Cancel" cancels, an empty answer or
+  /// "None" chooses nothing, else the choices named as for choose(); without an answer the
+  /// initial selection.
+  std::optional<std::vector<int>> chooseSome(const ChoiceRequest& request) override;
   std::vector<std::string> chooseFiles(const FileRequest& request) override;
   void progressBegin(std::string_view title, std::string_view text, int steps) override;
   bool progressStep(int done) override;

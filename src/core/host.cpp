@@ -14,6 +14,12 @@ Host& fallbackHost() {
 }
 }  // namespace
 
+std::optional<std::vector<int>> Host::chooseSome(const ChoiceRequest& request) {
+  std::vector<int> chosen = choose(request);
+  if (chosen.empty()) return std::nullopt;
+  return chosen;
+}
+
 std::string_view severityTitle(Severity severity) {
   switch (severity) {
     case Severity::Error:
@@ -74,12 +80,16 @@ Button buttonFromName(std::string_view name) {
   return Button::None;
 }
 
-Host& host() { return installedHost ? *installedHost : fallbackHost(); }
+Host& host() {
+  return installedHost ? *installedHost : fallbackHost();
+}
 
 HostInstallation::HostInstallation(Host& installed) : previous_(installedHost) {
   installedHost = &installed;
 }
 
-HostInstallation::~HostInstallation() { installedHost = previous_; }
+HostInstallation::~HostInstallation() {
+  installedHost = previous_;
+}
 
 }  // namespace zv

@@ -41,6 +41,10 @@ struct ChoiceRequest {
   std::vector<std::string> choices;
   bool multiple = false;
   std::vector<int> initial;  ///< indices selected at the start
+  /// How many entries chooseSome lets the user take: at least `minimum`, at most `maximum`
+  /// (0: no upper bound).
+  int minimum = 0;
+  int maximum = 0;
 };
 
 struct FileFilter {
@@ -91,6 +95,10 @@ class Host {
                                                     std::string_view initial) = 0;
   /// Indices of the chosen entries; empty when cancelled.
   virtual std::vector<int> choose(const ChoiceRequest& request) = 0;
+  /// A choice of several entries, within the request's minimum and maximum, where choosing none
+  /// may be an answer: the indices chosen; nullopt when cancelled. By default through choose(),
+  /// where nothing chosen counts as cancelled.
+  virtual std::optional<std::vector<int>> chooseSome(const ChoiceRequest& request);
   /// Chosen file names; empty when cancelled.
   virtual std::vector<std::string> chooseFiles(const FileRequest& request) = 0;
 

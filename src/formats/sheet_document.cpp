@@ -12,8 +12,10 @@
 #include "formats/file_recognition.h"
 #include "formats/sheet_reader.h"
 #include "formats/sheet_writer.h"
+#include "rules/auto_items.h"
 #include "rules/install.h"
 #include "rules/level.h"
+#include "rules/list_ops.h"
 
 namespace zv {
 
@@ -28,6 +30,12 @@ void installRulesOnce() {
   // long as the program runs.
   static const bool installed = (installListTotalVariables(), installItemRules(), true);
   (void)installed;
+  // ?datasheet in automatic items loads through the loader, for the sheet that runs them.
+  static const bool loader = (setAutoDataSheetLoader([](FileInfo& sheet, std::string_view name) {
+                                return ensureDataSheet(&sheet, name, true);
+                              }),
+                              true);
+  (void)loader;
 }
 
 std::string_view extensionOf(int fileType) {
@@ -77,6 +85,9 @@ std::unique_ptr<FileInfo> openSheetDocument(const std::string& path, std::string
   options.settle = settleSheetLevels;
   options.applyOptions = applyItemOptions;
   if (!readCharsheet(*sheet, input, options)) return nullptr;
+  // Bases of variables and category bonuses aren't kept in the file: the items' adjustments
+  // give them again, as when the items came.
+  applySheetAdjustments(*sheet);
   if (sheet->dlgs.empty()) {
     showError("There are no dialogs in this file; it cannot be opened as a character sheet");
     return nullptr;

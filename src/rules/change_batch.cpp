@@ -81,6 +81,21 @@ void ChangeBatch::noteFailedCheck(Item& item, std::string message) {
   failedChecks_.push_back({&item, std::move(message)});
 }
 
+void ChangeBatch::forgetItem(const Item& item) {
+  if (outer_ != nullptr) return outer_->forgetItem(item);
+  auto drop = [&item](auto& order, auto& seen) {
+    if (seen.erase(&item) == 0) return;
+    order.erase(std::remove(order.begin(), order.end(), &item), order.end());
+  };
+  drop(costQueue_, queued_);
+  drop(sublists_, sublistSet_);
+  drop(repaint_, repaintSet_);
+  counts_.erase(&item);
+  failedChecks_.erase(std::remove_if(failedChecks_.begin(), failedChecks_.end(),
+                                     [&item](const FailedCheck& f) { return f.item == &item; }),
+                      failedChecks_.end());
+}
+
 int ChangeBatch::recomputations(const Item& item) const {
   auto found = counts_.find(&item);
   return found == counts_.end() ? 0 : found->second;

@@ -45,6 +45,9 @@ class ChangeBatch {
   void noteTotals(Item& item);
   void noteList(ListInfo& list);
   void noteFailedCheck(Item& item, std::string message);
+  /// Drops everything noted about an item that leaves its list, so that nothing reaches it once
+  /// it is freed or kept by an undo record.
+  void forgetItem(const Item& item);
 
   /// How often an item was recomputed in this batch; the rounds stop recomputing it at
   /// kMaxRecomputations.

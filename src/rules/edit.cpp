@@ -109,6 +109,11 @@ RequirementsCheck setRequirementsCheck(RequirementsCheck check) {
   return previous;
 }
 
+std::optional<BadValue> checkRequirementsOf(FileInfo& sheet, Item& item, bool always) {
+  if ((!always && !rulePreferences().checkReq) || !installedRequirements()) return std::nullopt;
+  return installedRequirements()(sheet, item);
+}
+
 bool passBadValue(const BadValue& bad) {
   const RulePreferences& preferences = rulePreferences();
   if (preferences.noBadValueDlg) {

@@ -47,6 +47,10 @@ using RequirementsCheck = std::function<std::optional<BadValue>(FileInfo& sheet,
 /// Installs the check and returns the previous one.
 RequirementsCheck setRequirementsCheck(RequirementsCheck check);
 
+/// The installed requirements check of an item, while the preference CheckReq is on (or always,
+/// with `always`): the unmet requirements, or nullopt when they are met or no check is installed.
+std::optional<BadValue> checkRequirementsOf(FileInfo& sheet, Item& item, bool always = false);
+
 /// Runs a refused value through the preferences; true when it may stand anyway.
 bool passBadValue(const BadValue& bad);
 

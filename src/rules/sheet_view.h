@@ -17,6 +17,11 @@ struct SheetViewHooks {
   std::function<void(Item& item)> itemChanged;
   /// An edit or a recalculation of the sheet ended: refresh whatever shows its values.
   std::function<void(FileInfo& sheet)> sheetChanged;
+  /// Undo is bringing items back into a list: open its window if it is closed and bring it
+  /// forward.
+  std::function<void(ListInfo& list)> showList;
+  /// Undo brought items back: select the visible rows `first` to `last` of the list.
+  std::function<void(ListInfo& list, int first, int last)> selectRows;
 };
 
 /// Installs the hooks and returns the previous ones, so that they can be put back.

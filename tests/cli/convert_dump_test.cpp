@@ -84,7 +84,8 @@ TEST(DumpCommand, ListsItemsAndVariablesAsJson) {
       "{\"gameSystem\":\"Emberfall\",\"fileType\":1,\"level\":1,\"lists\":[",
       "{\"name\":\"Skills\",\"total\":22,\"items\":[",
       "{\"name\":\"Climb\",\"level\":\"3\",\"value\":3,\"cost\":6,\"totalCost\":6}",
-      "{\"name\":\"Swim\",\"level\":\"1\",\"value\":1,\"cost\":3,\"totalCost\":3}",
+      // Swim stands outside the total.
+      "{\"name\":\"Swim\",\"level\":\"1\",\"value\":1,\"cost\":3,\"totalCost\":3,\"inTotal\":0}",
       "{\"name\":\"Lore\",\"level\":\"4\",\"value\":4,\"cost\":16,\"totalCost\":16}",
       "{\"name\":\"Gear\",\"total\":10,\"items\":[",
       "\"name\":\"Pack\"",

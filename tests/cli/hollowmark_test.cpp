@@ -83,8 +83,8 @@ TEST_F(Hollowmark, DataSheetsLoadWithoutAMessage) {
                                 R"({"name":"Rites","sort":0,"items":46,"allItems":46})",
                                 // 119 at the top: the rites' Blue Lamp of priority 2 replaced
                                 // the gear's; the Reagent Pouch holds the members of both.
-                                R"({"name":"Gear","sort":0,"items":119,"allItems":132})",
-                                R"({"name":"Traits","sort":0,"items":39,"allItems":39})",
+                                R"({"name":"Gear","sort":0,"items":120,"allItems":133})",
+                                R"({"name":"Traits","sort":0,"items":40,"allItems":40})",
                                 R"({"name":"Flaws","sort":0,"items":35,"allItems":35})",
                                 R"({"name":"Skills","sort":0,"items":74,"allItems":74})",
                                 R"({"name":"Bonds","sort":0,"items":19,"allItems":19})",
@@ -165,7 +165,8 @@ const SampleCharacter kCharacters[] = {
          R"({"name":"Flaws","total":-11,)",
          R"("name":"Drinker","level":"","value":0,"cost":-4,"totalCost":-2})",
          R"({"name":"Skills","total":40,)",
-         R"("name":"Boathook","level":"4","value":4,"cost":12,"totalCost":12})",
+         // Boathook wins Parrying's default, which gives it an autoID.
+         R"("name":"Boathook","level":"4","value":4,"cost":12,"totalCost":12,"autoID":1})",
          R"("name":"Parrying","level":"","value":1,"cost":1,"totalCost":1})",
          R"("name":"Wading","level":"","value":1,"cost":1,"totalCost":1})",
          R"({"name":"Gear","total":39,)",
