@@ -106,6 +106,7 @@ std::vector<std::string> ItemSelection::categoryChoices() const {
 }
 
 bool ItemSelection::chooseCategory(std::string_view name) {
+  if (request_.sheet == nullptr || request_.sheet->gameSystem == nullptr) return false;
   if (!equalsIgnoringCase(name, kAllCategories) && categoryOf(name) == nullptr) return false;
   current_ = equalsIgnoringCase(name, kAllCategories) ? std::string(kAllCategories)
                                                       : categoryOf(name)->name.str();
@@ -176,7 +177,10 @@ void ItemSelection::refresh() {
 }
 
 bool ItemSelection::checkItemsLeft() const {
-  if (!rows_.empty()) return true;
+  if (std::any_of(rows_.begin(), rows_.end(),
+                  [](const OfferedRow& row) { return !row.item->isSublist(); })) {
+    return true;
+  }
   if (request_.unique) {
     showTitled(Severity::Message, "No More Items Available",
                "There are no more unique items available in this list satisfying the current "

@@ -69,7 +69,8 @@ class ItemSelection {
   void refresh();
   /// False, after "There are no more items available in this list satisfying the current rules."
   /// ("No Items Available") or in unique mode "There are no more unique items available in this
-  /// list satisfying the current rules." ("No More Items Available"), when no row is left.
+  /// list satisfying the current rules." ("No More Items Available"), when no item is left
+  /// (groups alone are nothing to take).
   bool checkItemsLeft() const;
 
   /// The next row after `from` (or from the top) whose name holds `text` ignoring case, going
