@@ -13,7 +13,7 @@ RulePreferences& installedPreferences() {
 
 RulePreferences rulePreferencesFrom(const AppSettings& settings) {
   return {settings.checkReq, settings.disallowIfNotSatisfied, settings.noBadValueDlg,
-          settings.applyRules, settings.showNamesOnly};
+          settings.applyRules};
 }
 
 RulePreferences setRulePreferences(const RulePreferences& preferences) {

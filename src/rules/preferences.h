@@ -15,8 +15,6 @@ struct RulePreferences {
   bool noBadValueDlg = false;
   /// "ApplyRules": the selection rule sets of a sheet trim what the item selection offers.
   bool applyRules = false;
-  /// "ShowNamesOnly": choices of items show their names without costs.
-  bool showNamesOnly = false;
 };
 
 /// The preferences as the program's settings give them.

@@ -303,11 +303,8 @@ bool satisfyCount(SatisfyContext& context, ListInfo* itemList, Prereq& prereq, I
     request.title = title;
     request.prompt = strprintf("%d needed", prereq.count);
     request.multiple = true;
-    for (const Item* master : offered) {
-      request.choices.push_back(rulePreferences().showNamesOnly
-                                    ? master->name
-                                    : master->name + "\t" + formatFloat(master->totalCost, false));
-    }
+    for (const Item* master : offered)
+      request.choices.push_back(master->name);
     const std::vector<int> chosen = host().choose(request);
     if (chosen.empty()) return false;
     for (int index : chosen) {
