@@ -115,6 +115,19 @@ bool RuleLibrary::readRuleFile(std::string_view gameSystem, const std::filesyste
   IniFile ini;
   std::error_code ec;
   if (!std::filesystem::is_regular_file(path, ec) || !ini.load(path)) return false;
+  addRuleFile(gameSystem, path, ini);
+  return true;
+}
+
+void RuleLibrary::readRuleText(std::string_view gameSystem, const std::filesystem::path& path,
+                               std::string_view text) {
+  IniFile ini;
+  ini.parse(text);
+  addRuleFile(gameSystem, path, ini);
+}
+
+void RuleLibrary::addRuleFile(std::string_view gameSystem, const std::filesystem::path& path,
+                              const IniFile& ini) {
   auto file = std::make_unique<RuleFile>();
   file->path = path;
   file->shortName = path.filename().string();
@@ -144,7 +157,6 @@ bool RuleLibrary::readRuleFile(std::string_view gameSystem, const std::filesyste
     file->rules.push_back(std::move(rule));
   }
   files_.push_back(std::move(file));
-  return true;
 }
 
 int RuleLibrary::scanRuleFiles(const std::filesystem::path& dataDir) {

@@ -61,6 +61,9 @@ class RuleLibrary {
   /// system already holds shows "The rule %s is duplicated in the file %s" ("Duplicate Rule")
   /// and isn't read. A file read again replaces its earlier reading.
   bool readRuleFile(std::string_view gameSystem, const std::filesystem::path& path);
+  /// The same for the text of a rule file that stands at `path`.
+  void readRuleText(std::string_view gameSystem, const std::filesystem::path& path,
+                    std::string_view text);
 
   /// The start-up scan: every "*.rules" of each folder "<dataDir>/Rules/<game system>", in name
   /// order. Returns how many files were read.
@@ -111,6 +114,8 @@ class RuleLibrary {
   /// unknown entries stay; false after a message when it can't be written.
   template <typename Change>
   bool updateFile(RuleFile& file, Change change);
+  void addRuleFile(std::string_view gameSystem, const std::filesystem::path& path,
+                   const IniFile& ini);
 
   std::filesystem::path dataDir_;
   std::vector<std::unique_ptr<RuleFile>> files_;
