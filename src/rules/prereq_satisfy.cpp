@@ -328,7 +328,7 @@ std::optional<std::string> satisfyingValue(const Prereq& prereq) {
     double value = valueToDouble(prereq.value);
     if (prereq.comparison == PrereqComparison::Less) value -= 1;
     if (prereq.comparison == PrereqComparison::Greater) value += 1;
-    return strprintf("%d", static_cast<int>(std::floor(value + 0.5)));
+    return strprintf("%d", static_cast<int>(value));  // "%d" keeps the whole part
   }
   if (prereq.comparison != PrereqComparison::Equal) {
     showTitled(Severity::Error, "Incorrect Requirement",

@@ -33,8 +33,9 @@ struct SatisfyContext {
 };
 
 /// The value that satisfies a comparison: for a number value - 1 ("<"), the value ("<=", "=",
-/// ">="), value + 1 (">"), written as a whole number; for a text the text itself, "=" only:
-/// any other comparison shows "Only equals allowed in requirements using string values: %s"
+/// ">="), value + 1 (">"), written as a whole number (its whole part); for a text the text itself,
+/// "=" only: any other comparison shows "Only equals allowed in requirements using string values:
+/// %s"
 /// ("Incorrect Requirement") and gives nullopt.
 std::optional<std::string> satisfyingValue(const Prereq& prereq);
 

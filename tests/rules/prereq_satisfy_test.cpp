@@ -66,7 +66,7 @@ TEST_F(SatisfyTest, SatisfyingValues) {
       {"Sword=12", "12"},
       {"Sword>=12", "12"},
       {"Sword>12", "13"},
-      {"Sword>12.5", "14"},
+      {"Sword>12.5", "13"},
       {"Rank=\"Expert\"", "Expert"},
       {"Rank<\"Expert\"", std::nullopt},
   };
