@@ -251,19 +251,6 @@ TEST_F(SatisfyTest, TheHostAnswersTheDialog) {
   setRequirementsDialogRunner(nullptr);
 }
 
-TEST_F(SatisfyTest, ItemUnderTestIsKeptWhileNested) {
-  EXPECT_EQ(itemUnderTest(), "");
-  {
-    ItemUnderTestScope outer("Sword");
-    {
-      ItemUnderTestScope inner("Axe");
-      EXPECT_EQ(itemUnderTest(), "Axe");
-    }
-    EXPECT_EQ(itemUnderTest(), "Sword");
-  }
-  EXPECT_EQ(itemUnderTest(), "");
-}
-
 TEST_F(SatisfyTest, LevelChangesMeetTheSheetsRequirements) {
   Item& sword = addTo(*skills_, "Sword", Value(3));
   feat_->prereq = "Skills:Sword>=3";

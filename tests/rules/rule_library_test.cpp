@@ -14,57 +14,23 @@ namespace zv::testing {
 namespace {
 
 const char* const kCampaign =
-    "[Configuration]\r\n"
-    "GameSystem=Testland\r\n"
-    "\r\n"
-    "[Rulesets]\r\n"
-    "Low Magic=NoFire;NoCurse\r\n"
-    "Everything=AllLists\r\n"
-    "\r\n"
-    "[DefaultValues]\r\n"
-    "MaxCost=10\r\n"
-    "\r\n"
+    "[Configuration]\r\nGameSystem=Testland\r\n\r\n"
+    "[Rulesets]\r\nLow Magic=NoFire;NoCurse\r\nEverything=AllLists\r\n\r\n"
+    "[DefaultValues]\r\nMaxCost=10\r\n\r\n"
     "; No fire in this campaign.\r\n"
-    "[NoFire]\r\n"
-    "Type=Suppress Category\r\n"
-    "Value=Fire\r\n"
-    "Description=No fire spells\r\n"
-    "Not=TRUE\r\n"
-    "\r\n"
-    "[NoCurse]\r\n"
-    "Type=Suppress Item\r\n"
-    "Value=Curse\r\n"
-    "Description=No curses\r\n"
-    "DuplicatesOnly=yes\r\n"
-    "\r\n"
-    "[AllLists]\r\n"
-    "Type=Rules List\r\n"
-    "Value=NoFire;Extra:Cheap;AllLists\r\n"
-    "Description=Every restriction\r\n"
-    "\r\n"
-    "[Untyped]\r\n"
-    "Type=\r\n"
-    "Value=x\r\n"
-    "Description=never read\r\n"
-    "\r\n"
-    "[Undescribed]\r\n"
-    "Type=Suppress Item\r\n"
-    "Value=x\r\n"
-    "\r\n"
-    "[Unknown]\r\n"
-    "Type=Suppress Nothing\r\n"
-    "Value=x\r\n"
-    "Description=never read\r\n";
+    "[NoFire]\r\nType=Suppress Category\r\nValue=Fire\r\nDescription=No fire spells\r\n"
+    "Not=TRUE\r\n\r\n"
+    "[NoCurse]\r\nType=Suppress Item\r\nValue=Curse\r\nDescription=No curses\r\n"
+    "DuplicatesOnly=yes\r\n\r\n"
+    "[AllLists]\r\nType=Rules List\r\nValue=NoFire;Extra:Cheap;AllLists\r\n"
+    "Description=Every restriction\r\n\r\n"
+    "[Untyped]\r\nType=\r\nValue=x\r\nDescription=never read\r\n\r\n"
+    "[Undescribed]\r\nType=Suppress Item\r\nValue=x\r\n\r\n"
+    "[Unknown]\r\nType=Suppress Nothing\r\nValue=x\r\nDescription=never read\r\n";
 
 const char* const kExtra =
-    "[Cheap]\r\n"
-    "Type=Expression\r\n"
-    "Value=@cost<=3\r\n"
-    "Description=Cheap things only\r\n"
-    "[NoFire]\r\n"
-    "Type=Suppress Item\r\n"
-    "Value=Fireball\r\n"
-    "Description=A second rule of the name\r\n";
+    "[Cheap]\r\nType=Expression\r\nValue=@cost<=3\r\nDescription=Cheap things only\r\n"
+    "[NoFire]\r\nType=Suppress Item\r\nValue=Fireball\r\nDescription=A second one\r\n";
 
 std::string readFile(const std::filesystem::path& path) {
   std::ifstream in(path, std::ios::binary);
@@ -171,6 +137,14 @@ TEST_F(RuleLibraryTest, WrittenRulesReadBackAndKeepTheFile) {
   EXPECT_EQ(campaign_->findRule("NoDark")->value, "Dusk");
   EXPECT_EQ(readFile(campaign_->path).find("Dark;!Night"), std::string::npos);
 
+  // A rule of a game system without a file goes to one of its name, made with its game system.
+  RuleFile& own = library_.defaultFile("Testland");
+  EXPECT_EQ(own.shortName, "Testland.rules");
+  rule->name = "Elsewhere";
+  ASSERT_TRUE(library_.writeRule("Testland", own, *rule, false));
+  EXPECT_EQ(readFile(dir_ / "Rules" / "Testland" / "Testland.rules").substr(0, 38),
+            "[Configuration]\r\nGameSystem=Testland\r\n");
+
   ASSERT_TRUE(library_.deleteRule(*campaign_, "nodark"));
   EXPECT_EQ(campaign_->findRule("NoDark"), nullptr);
   EXPECT_EQ(readFile(campaign_->path).find("NoDark"), std::string::npos);
@@ -249,19 +223,6 @@ TEST_F(RuleLibraryTest, RuleSetsAreNamedAddedAndDeleted) {
 
   ASSERT_TRUE(library_.setDefaultValue(*campaign_, "MaxCost", "12"));
   EXPECT_NE(readFile(campaign_->path).find("MaxCost=12\r\n"), std::string::npos);
-}
-
-TEST_F(RuleLibraryTest, NewRulesGoToTheGameSystemsOwnFile) {
-  RuleFile& file = library_.defaultFile("Testland");
-  EXPECT_EQ(file.shortName, "Testland.rules");
-  std::unique_ptr<Rule> rule = makeRule("Suppress Sublist");
-  rule->name = "NoForbidden";
-  rule->value = "Forbidden";
-  rule->description = "d";
-  ASSERT_TRUE(library_.writeRule("Testland", file, *rule, false)) << messages();
-  EXPECT_EQ(readFile(dir_ / "Rules" / "Testland" / "Testland.rules").substr(0, 38),
-            "[Configuration]\r\nGameSystem=Testland\r\n");
-  EXPECT_EQ(&library_.defaultFile("testland"), &file);
 }
 
 TEST_F(RuleLibraryTest, SheetsSwitchOnTheirSets) {

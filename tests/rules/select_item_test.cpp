@@ -241,17 +241,13 @@ TEST_F(SelectItemTest, TakingCopiesTheItemOnce) {
   EXPECT_EQ(selection_.taken(), 7);
 }
 
-TEST_F(SelectItemTest, TakingFromAnotherCategoryKeepsIt) {
+TEST_F(SelectItemTest, TheOriginCategoryAndTheListsMaximum) {
+  list_->maxItems = 2;
   ASSERT_TRUE(open({nullptr, nullptr, nullptr, true}));
   TakeOutcome outcome = takeItem(selection_, rowOf("Wand"), appender());
   ASSERT_EQ(outcome.result, TakeResult::Taken);
   EXPECT_EQ(outcome.placed->origCat, "Gear");
-}
-
-TEST_F(SelectItemTest, TheListsMaximumClosesTheDialog) {
-  list_->maxItems = 2;
-  ASSERT_TRUE(open());
-  EXPECT_FALSE(takeItem(selection_, rowOf("Bolt"), appender()).close);
+  EXPECT_FALSE(outcome.close);
   EXPECT_TRUE(takeItem(selection_, rowOf("Ward"), appender()).close);
 }
 
@@ -311,17 +307,6 @@ TEST_F(SelectItemTest, UnmetRequirementsRunTheDialog) {
   category("Spells").findItem("Ward")->setNoPrereq(true);
   EXPECT_EQ(takeItem(selection_, rowOf("Ward"), appender()).result, TakeResult::Taken);
   EXPECT_EQ(messages(), "");
-}
-
-TEST(SelectionRowFormat, SformatThenFormatThenByKind) {
-  Item item(ItemKind::Item, "x");
-  Item group(ItemKind::Sublist, "g");
-  EXPECT_EQ(selectionRowFormat(item), "%0ln%-5rc");
-  EXPECT_EQ(selectionRowFormat(group), "%0ln");
-  item.format = "%0ln";
-  EXPECT_EQ(selectionRowFormat(item), "%0ln");
-  item.sformat = "%0rc";
-  EXPECT_EQ(selectionRowFormat(item), "%0rc");
 }
 
 }  // namespace
