@@ -1,7 +1,5 @@
 #include "rules/prereq_satisfy.h"
 
-#include <cmath>
-
 #include "core/game_system.h"
 #include "core/game_systems.h"
 #include "core/list_total.h"
@@ -18,7 +16,6 @@
 #include "rules/edit.h"
 #include "rules/level.h"
 #include "rules/option_edit.h"
-#include "rules/preferences.h"
 
 namespace zv {
 

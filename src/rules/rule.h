@@ -16,6 +16,8 @@
 
 namespace zv {
 
+class Rule;
+
 /// Where a rule tests an item: the sheet the item would join (may be null) and the symbol table
 /// in which expressions are evaluated, with the item context already pushed (may be null).
 struct RuleTestContext {
@@ -25,7 +27,7 @@ struct RuleTestContext {
 
 /// Finds the rule named by an entry of a "Rules List" ("rule" or "file:rule") for a rule of
 /// `from`'s file; null when there is none.
-using RuleResolver = std::function<class Rule*(std::string_view reference, const Rule& from)>;
+using RuleResolver = std::function<Rule*(std::string_view reference, const Rule& from)>;
 
 class Rule {
  public:
