@@ -20,6 +20,7 @@
 #include "core/settings.h"
 #include "formats/data_sheet_loader.h"
 #include "rules/preferences.h"
+#include "rules/rule_library.h"
 #include "ui/main_frame.h"
 #include "ui/qt_host.h"
 #include "ui/text_codec.h"
@@ -71,6 +72,8 @@ int main(int argc, char** argv) {
   zv::seedRandom(zv::seedFromClock());
   // The die roller and the game system preferences, for the expressions of every sheet.
   zv::UtilitiesInstallation utilities(settings, appSettings.sourceDirectory);
+  // The selection rule sets of each game system, from the data directory's Rules folders.
+  zv::selectionRules().scanRuleFiles(appSettings.sourceDirectory);
 
   ProgramOptions options = readOptions(QApplication::arguments());
   zv::CommandLine commandLine = zv::parseCommandLine(options.commandLineWords);

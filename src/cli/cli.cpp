@@ -17,9 +17,10 @@ struct CommandEntry {
 };
 
 constexpr CommandEntry kCommands[] = {
-    {"identify", runIdentify}, {"convert", runConvert},    {"dump", runDump},     {"eval", runEval},
-    {"expand", runExpand},     {"load-data", runLoadData}, {"recalc", runRecalc}, {"roll", runRoll},
-    {"add", runAdd},           {"delete", runDelete},
+    {"identify", runIdentify}, {"convert", runConvert}, {"dump", runDump},
+    {"eval", runEval},         {"expand", runExpand},   {"load-data", runLoadData},
+    {"recalc", runRecalc},     {"roll", runRoll},       {"add", runAdd},
+    {"delete", runDelete},     {"offer", runOffer},     {"requirements", runRequirements},
 };
 
 /// Takes the global options from the front of `args`; false on a bad option.
@@ -90,6 +91,11 @@ std::string helpText() {
          "  load-data NAME...  load data sheets (a path, or a short name in the data\n"
          "                     directory) into their game systems and print them as JSON:\n"
          "                     categories with item counts, options, strings, definitions\n"
+         "  offer SHEET LIST [--category CAT] [--rules SET]\n"
+         "                     the items Select Item offers the sheet's list, one a line,\n"
+         "                     members of groups indented; the sheet's rule sets apply\n"
+         "                     when the preference ApplyRules is on, --rules SET applies\n"
+         "                     those sets (\"set\" or \"file:set\", joined by ';') instead\n"
          "  recalc FILE [-o OUT]\n"
          "                     open a sheet or template, recalculate every item and list\n"
          "                     total, and save it in place (the old file becomes its .bak)\n"
@@ -103,6 +109,8 @@ std::string helpText() {
          "  delete SHEET LIST ITEM [-o OUT]\n"
          "                     delete the first element named ITEM from LIST with the items\n"
          "                     it added automatically, and save in place or to OUT\n"
+         "  requirements SHEET each item with requirements: whether they hold, and each\n"
+         "                     requirement's line marked [x] (holds) or [ ] (doesn't)\n"
          "  roll DICE          the die roller's result for a dice text such as 3d6+2,\n"
          "                     3:4d6, 5c100, 5p52 or 6*3d6 (blanks are ignored)\n"
          "\n"

@@ -58,5 +58,7 @@ int runExpand(Context& context, const std::vector<std::string>& args);
 int runLoadData(Context& context, const std::vector<std::string>& args);
 int runRecalc(Context& context, const std::vector<std::string>& args);
 int runRoll(Context& context, const std::vector<std::string>& args);
+int runOffer(Context& context, const std::vector<std::string>& args);
+int runRequirements(Context& context, const std::vector<std::string>& args);
 
 }  // namespace zv::cli

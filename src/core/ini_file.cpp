@@ -193,6 +193,23 @@ bool IniFile::remove(std::string_view section, std::string_view key) {
   return !doomed.empty();
 }
 
+bool IniFile::removeSection(std::string_view section) {
+  const std::string wanted = trim(section);
+  bool removed = false;
+  bool inSection = false;
+  std::vector<Line> kept;
+  for (Line& line : lines_) {
+    if (line.kind == Kind::Section) inSection = equalsIgnoringCase(line.name, wanted);
+    if (inSection) {
+      removed = true;
+    } else {
+      kept.push_back(std::move(line));
+    }
+  }
+  lines_ = std::move(kept);
+  return removed;
+}
+
 std::vector<std::string> IniFile::sections() const {
   std::vector<std::string> names;
   for (const Line& line : lines_) {

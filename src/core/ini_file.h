@@ -36,6 +36,8 @@ class IniFile {
   bool set(std::string_view section, std::string_view key, std::string_view value);
   /// Removes every entry of that key in sections of that name; true if one was there.
   bool remove(std::string_view section, std::string_view key);
+  /// Removes every section of that name with all its lines; true if one was there.
+  bool removeSection(std::string_view section);
 
   /// Section names in file order (each name once), and the keys of a section.
   std::vector<std::string> sections() const;

@@ -4,6 +4,7 @@
 #include "rules/builtins.h"
 #include "rules/categories.h"
 #include "rules/option_refs.h"
+#include "rules/requirements_check.h"
 
 namespace zv {
 
@@ -38,6 +39,7 @@ void installItemRules() {
   rules.inCategory = itemInCategory;
   setOptionRules(rules);
   registerRuleBuiltins();
+  installRequirementsCheck();
 }
 
 }  // namespace zv

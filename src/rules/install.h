@@ -5,7 +5,8 @@ namespace zv {
 
 /// Gives the expression engine the option rules of this library (option strings, display texts,
 /// option references and the category test) and registers the built-in functions that stand on
-/// the item rules (rules/builtins.h). Call once at start-up.
+/// the item rules (rules/builtins.h), and joins the requirements of a sheet to its level changes
+/// (rules/requirements_check.h). Call once at start-up.
 void installItemRules();
 
 }  // namespace zv

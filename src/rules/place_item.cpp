@@ -4,6 +4,7 @@
 
 #include "core/list_total.h"
 #include "rules/edit.h"
+#include "rules/visible_rows.h"
 
 namespace zv {
 
@@ -18,7 +19,7 @@ void takeBack(FileInfo& sheet, ListInfo& list, Item& item) {
 }  // namespace
 
 PlaceResult placeItem(FileInfo& sheet, ListInfo& list, std::unique_ptr<Item> item,
-                      const Placement& where) {
+                      const Placement& where, bool checkRequirements) {
   PlaceResult result;
   result.row = where.append ? -1 : where.row;
   if (!item || !checkFileInfo(&sheet)) return result;
@@ -30,7 +31,8 @@ PlaceResult placeItem(FileInfo& sheet, ListInfo& list, std::unique_ptr<Item> ite
         added.status == AddStatus::Cancelled ? PlaceStatus::Cancelled : PlaceStatus::Failed;
     return result;
   }
-  if (std::optional<BadValue> unmet = checkRequirementsOf(sheet, *added.item)) {
+  if (std::optional<BadValue> unmet =
+          checkRequirements ? checkRequirementsOf(sheet, *added.item) : std::nullopt) {
     if (!passBadValue(*unmet)) {
       takeBack(sheet, list, *added.item);
       result.status = PlaceStatus::Refused;
@@ -42,6 +44,14 @@ PlaceResult placeItem(FileInfo& sheet, ListInfo& list, std::unique_ptr<Item> ite
   result.item = added.item;
   result.row = added.row;
   return result;
+}
+
+PlaceItem placeBehindCursor() {
+  return [](FileInfo& sheet, ListInfo& list, std::unique_ptr<Item> copy, Item* at) -> Item* {
+    const int row = at != nullptr ? rowOfItem(list, at) : -1;
+    const Placement where = row >= 0 ? Placement::atRow(row) : Placement::appendTo();
+    return placeItem(sheet, list, std::move(copy), where, false).item;
+  };
 }
 
 }  // namespace zv

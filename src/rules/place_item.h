@@ -1,7 +1,10 @@
 #pragma once
 // The interactive add: a copy of a master item goes into a list where the user asked for it,
 // with its level and cost, its automatic items and the check of its requirements, as one edit.
+// The selection and the satisfying of requirements take the add as a parameter (`PlaceItem`), so
+// that callers pass the real one and tests a simple stand-in.
 
+#include <functional>
 #include <memory>
 
 #include "core/fileinfo.h"
@@ -26,10 +29,20 @@ struct PlaceResult {
 
 /// Adds `item` (a copy of a master item) at `where` by addItem, running its automatic items.
 /// When they fail or are cancelled, the item is taken out again with everything it brought, so
-/// the sheet is as before. A placed item's requirements then pass the requirements seam
-/// (checkRequirementsOf, under the preference CheckReq); unmet and refused by passBadValue, it is
-/// taken out again too. Only a placed item marks the sheet changed.
+/// the sheet is as before. With `checkRequirements`, a placed item's requirements then pass the
+/// requirements seam (checkRequirementsOf, under the preference CheckReq); unmet and refused by
+/// passBadValue, it is taken out again too. Only a placed item marks the sheet changed.
 PlaceResult placeItem(FileInfo& sheet, ListInfo& list, std::unique_ptr<Item> item,
-                      const Placement& where);
+                      const Placement& where, bool checkRequirements = true);
+
+/// Places `copy` (a deep copy of a master item, level text evaluated) in `list`, at `at` (the
+/// cursor row of a list window, or null for the end). Returns the placed item, or null after the
+/// reason was shown.
+using PlaceItem =
+    std::function<Item*(FileInfo& sheet, ListInfo& list, std::unique_ptr<Item> copy, Item* at)>;
+
+/// The real PlaceItem: placeItem behind the cursor's row (the end with no cursor). The
+/// selection has already tested the requirements with the user, so they aren't asked again.
+PlaceItem placeBehindCursor();
 
 }  // namespace zv

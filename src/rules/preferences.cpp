@@ -12,7 +12,8 @@ RulePreferences& installedPreferences() {
 }  // namespace
 
 RulePreferences rulePreferencesFrom(const AppSettings& settings) {
-  return {settings.checkReq, settings.disallowIfNotSatisfied, settings.noBadValueDlg};
+  return {settings.checkReq, settings.disallowIfNotSatisfied, settings.noBadValueDlg,
+          settings.applyRules};
 }
 
 RulePreferences setRulePreferences(const RulePreferences& preferences) {

@@ -13,6 +13,8 @@ struct RulePreferences {
   bool disallowIfNotSatisfied = false;
   /// "NoBadValueDlg": a refused value only beeps, with no box.
   bool noBadValueDlg = false;
+  /// "ApplyRules": the selection rule sets of a sheet trim what the item selection offers.
+  bool applyRules = false;
 };
 
 /// The preferences as the program's settings give them.

@@ -441,9 +441,9 @@ TEST_F(AutoItems, AGroupThatAddsItselfIsARecursion) {
   EXPECT_EQ(messages(), "[Error] Item 'Nest' recursively added");
 }
 
-class PlaceItem : public AutoItems {};
+class PlacingItems : public AutoItems {};
 
-TEST_F(PlaceItem, APlacedItemMarksTheSheetChanged) {
+TEST_F(PlacingItems, APlacedItemMarksTheSheetChanged) {
   master("Gear", "Pack", {}, {}, 2.0).autoitems = "Rope;?charge;Torch;";
   sheet_.setChangedFlag(false);
   PlaceResult placed = placeItem(sheet_, *gear_, copyOf("Gear", "Pack"), Placement::atRow(-1));
@@ -461,7 +461,7 @@ struct TakenBackCase {
   const char* message;
 };
 
-TEST_F(PlaceItem, AFailedOrCancelledAddIsTakenBackWhole) {
+TEST_F(PlacingItems, AFailedOrCancelledAddIsTakenBackWhole) {
   const TakenBackCase cases[] = {
       {"Rope;?choose:Pick,1,Torch,Lamp;", "Cancel", PlaceStatus::Cancelled,
        "[Pick] Choose 1 item. Click an item in the list to choose it."},
@@ -491,7 +491,7 @@ TEST_F(PlaceItem, AFailedOrCancelledAddIsTakenBackWhole) {
   }
 }
 
-TEST_F(PlaceItem, UnmetRequirementsPassTheRefusedValuePreferences) {
+TEST_F(PlacingItems, UnmetRequirementsPassTheRefusedValuePreferences) {
   master("Skills", "Duel", "x", "1").prereq = "Sword";
   RequirementsCheck previous = setRequirementsCheck([](FileInfo&, Item& item) {
     return std::optional<BadValue>(BadValue{"Skills", item.name + " needs Sword"});

@@ -4,6 +4,8 @@
 
 #include "rules/edit.h"
 
+#include "rules/requirements_check.h"
+
 #include "sheet_fixture.h"
 
 namespace zv::testing {
@@ -137,6 +139,18 @@ TEST_F(EditTest, UnmetRequirementsComeThroughTheirSeam) {
   EXPECT_EQ(changeItemLevel(sheet_, item(0), "4"), EditResult::Changed);
   EXPECT_EQ(messages(), "[Requirements] Needs a mentor");
   EXPECT_EQ(item(0).level, "4");
+  setRequirementsCheck(std::move(previous));
+}
+
+TEST_F(EditTest, TheSheetsRequirementsJoinALevelChange) {
+  item(3).prereq = "Might>=4";
+  settle();
+  RequirementsCheck previous = setRequirementsCheck(unmetRequirementsAfterChange);
+  host_.addAnswer("Cancel");
+  EXPECT_EQ(changeItemLevel(sheet_, item(0), "5"), EditResult::Changed);
+  EXPECT_EQ(changeItemLevel(sheet_, item(0), "2"), EditResult::Refused);
+  EXPECT_EQ(messages(), "[Skills] 1 item with unsatisfied requirements\\n\\nSkills: Grace");
+  EXPECT_EQ(item(0).level, "5");
   setRequirementsCheck(std::move(previous));
 }
 
