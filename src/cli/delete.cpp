@@ -12,14 +12,7 @@ namespace zv::cli {
 int runDelete(Context& context, const std::vector<std::string>& args) {
   std::vector<std::string> words;
   std::string output;
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    if (args[i] == "-o" || args[i] == "--output") {
-      if (i + 1 >= args.size()) return usageError("-o needs a file name");
-      output = args[++i];
-    } else {
-      words.push_back(args[i]);
-    }
-  }
+  if (!splitOutputOption(args, words, output)) return 2;
   if (words.size() != 3) return usageError("delete takes a sheet, a list and an item");
 
   std::unique_ptr<FileInfo> sheet = openSheet(words[0]);

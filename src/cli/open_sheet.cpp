@@ -20,6 +20,22 @@ bool saveOpenedSheet(const Context& context, FileInfo& sheet, const std::string&
   return writeSheetDocument(sheet, target, fileType, document);
 }
 
+bool splitOutputOption(const std::vector<std::string>& args, std::vector<std::string>& words,
+                       std::string& output) {
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    if (args[i] == "-o" || args[i] == "--output") {
+      if (i + 1 >= args.size()) {
+        usageError("-o needs a file name");
+        return false;
+      }
+      output = args[++i];
+    } else {
+      words.push_back(args[i]);
+    }
+  }
+  return true;
+}
+
 int fileTypeForOutput(const std::string& target, int fallback) {
   if (endsWithIgnoringCase(target, ".chr")) return kFileCharacterSheet;
   if (endsWithIgnoringCase(target, ".cst")) return kFileCharacterTemplate;

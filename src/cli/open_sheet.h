@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "cli/commands.h"
 #include "core/fileinfo.h"
@@ -19,6 +20,11 @@ std::unique_ptr<FileInfo> openSheet(const std::string& path);
 /// MakeBackups preference decides the ".bak"). False after the reason was shown.
 bool saveOpenedSheet(const Context& context, FileInfo& sheet, const std::string& target,
                      int fileType);
+
+/// Splits a command's arguments into its words and the file named by "-o"/"--output". False
+/// after the usage message when "-o" has no file name.
+bool splitOutputOption(const std::vector<std::string>& args, std::vector<std::string>& words,
+                       std::string& output);
 
 /// The file type that an output name asks for: 1 for ".chr", 2 for ".cst" (ignoring case),
 /// otherwise `fallback`.

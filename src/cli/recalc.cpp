@@ -10,14 +10,7 @@ namespace zv::cli {
 int runRecalc(Context& context, const std::vector<std::string>& args) {
   std::vector<std::string> files;
   std::string output;
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    if (args[i] == "-o" || args[i] == "--output") {
-      if (i + 1 >= args.size()) return usageError("-o needs a file name");
-      output = args[++i];
-    } else {
-      files.push_back(args[i]);
-    }
-  }
+  if (!splitOutputOption(args, files, output)) return 2;
   if (files.size() != 1) return usageError("recalc takes one file");
 
   std::unique_ptr<FileInfo> sheet = openSheet(files[0]);

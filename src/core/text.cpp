@@ -22,7 +22,8 @@ struct CaseTable {
       lower[up] = static_cast<unsigned char>(low);
       letter[up] = letter[low] = true;
     };
-    for (int c = 'A'; c <= 'Z'; ++c) pair(c, c + 32);
+    for (int c = 'A'; c <= 'Z'; ++c)
+      pair(c, c + 32);
     // Accented capitals 0xC0-0xDE pair with 0xE0-0xFE; 0xD7 and 0xF7 are the signs x and /.
     for (int c = 0xC0; c <= 0xDE; ++c) {
       if (c != 0xD7) pair(c, c + 32);
@@ -31,7 +32,8 @@ struct CaseTable {
     pair(0x8C, 0x9C);  // OE
     pair(0x8E, 0x9E);  // Z caron
     pair(0x9F, 0xFF);  // Y diaeresis
-    for (int c : {0x83, 0xAA, 0xB5, 0xBA, 0xDF}) letter[c] = true;  // f hook, ordinals, mu, sharp s
+    for (int c : {0x83, 0xAA, 0xB5, 0xBA, 0xDF})
+      letter[c] = true;  // f hook, ordinals, mu, sharp s
   }
 };
 
@@ -42,19 +44,27 @@ const CaseTable& table() {
 
 }  // namespace
 
-unsigned char toUpperChar(unsigned char c) { return table().upper[c]; }
-unsigned char toLowerChar(unsigned char c) { return table().lower[c]; }
-bool isLetterChar(unsigned char c) { return table().letter[c]; }
+unsigned char toUpperChar(unsigned char c) {
+  return table().upper[c];
+}
+unsigned char toLowerChar(unsigned char c) {
+  return table().lower[c];
+}
+bool isLetterChar(unsigned char c) {
+  return table().letter[c];
+}
 
 std::string toUpper(std::string_view text) {
   std::string out(text);
-  for (char& c : out) c = static_cast<char>(toUpperChar(static_cast<unsigned char>(c)));
+  for (char& c : out)
+    c = static_cast<char>(toUpperChar(static_cast<unsigned char>(c)));
   return out;
 }
 
 std::string toLower(std::string_view text) {
   std::string out(text);
-  for (char& c : out) c = static_cast<char>(toLowerChar(static_cast<unsigned char>(c)));
+  for (char& c : out)
+    c = static_cast<char>(toLowerChar(static_cast<unsigned char>(c)));
   return out;
 }
 
@@ -96,8 +106,10 @@ std::string trim(std::string_view text) {
   size_t begin = 0;
   size_t end = text.size();
   auto blank = [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; };
-  while (begin < end && blank(text[begin])) ++begin;
-  while (end > begin && blank(text[end - 1])) --end;
+  while (begin < end && blank(text[begin]))
+    ++begin;
+  while (end > begin && blank(text[end - 1]))
+    --end;
   return std::string(text.substr(begin, end - begin));
 }
 
@@ -140,6 +152,33 @@ int replaceToken(std::string& text, size_t capacity, std::string_view from, std:
   }
   text = std::move(result);
   return count;
+}
+
+bool wildcardMatch(std::string_view pattern, std::string_view name) {
+  // Iterative: remember the last "*" and how far it has swallowed, and widen it on a mismatch.
+  std::size_t p = 0;
+  std::size_t n = 0;
+  std::size_t star = std::string_view::npos;
+  std::size_t resume = 0;
+  while (n < name.size()) {
+    if (p < pattern.size() &&
+        (pattern[p] == '?' || toLowerChar(static_cast<unsigned char>(pattern[p])) ==
+                                  toLowerChar(static_cast<unsigned char>(name[n])))) {
+      ++p;
+      ++n;
+    } else if (p < pattern.size() && pattern[p] == '*') {
+      star = p++;
+      resume = n;
+    } else if (star != std::string_view::npos) {
+      p = star + 1;
+      n = ++resume;
+    } else {
+      return false;
+    }
+  }
+  while (p < pattern.size() && pattern[p] == '*')
+    ++p;
+  return p == pattern.size();
 }
 
 }  // namespace zv

@@ -94,34 +94,11 @@ bool oddPairs(const Symbol& array) {
   return true;
 }
 
-/// Matches a file name against one wildcard ("*" any run, "?" any one byte), ignoring case.
-bool wildcardMatches(std::string_view pattern, std::string_view name) {
-  std::size_t p = 0, n = 0, star = std::string_view::npos, resume = 0;
-  while (n < name.size()) {
-    if (p < pattern.size() &&
-        (pattern[p] == '?' || toLowerChar(static_cast<unsigned char>(pattern[p])) ==
-                                  toLowerChar(static_cast<unsigned char>(name[n])))) {
-      ++p, ++n;
-    } else if (p < pattern.size() && pattern[p] == '*') {
-      star = p++;
-      resume = n;
-    } else if (star != std::string_view::npos) {
-      p = star + 1;
-      n = ++resume;
-    } else {
-      return false;
-    }
-  }
-  while (p < pattern.size() && pattern[p] == '*')
-    ++p;
-  return p == pattern.size();
-}
-
 /// True when the name matches one of the ";"-separated wildcards. "*.*" takes every name, with
 /// or without an extension.
 bool matchesAny(const std::vector<std::string>& wildcards, const std::string& name) {
   return std::any_of(wildcards.begin(), wildcards.end(), [&name](const std::string& wildcard) {
-    return wildcard == "*.*" || wildcardMatches(wildcard, name);
+    return wildcard == "*.*" || wildcardMatch(wildcard, name);
   });
 }
 

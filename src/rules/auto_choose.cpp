@@ -97,7 +97,7 @@ AutoStep AutoRun::choose(std::string_view argument, ChooseMode mode) {
         return AutoStep::Fail;
       }
       for (const Item* master : found->index) {
-        if (master->isSublist() || !matchesChoosePattern(element.name, master->name)) continue;
+        if (master->isSublist() || !wildcardMatch(element.name, master->name)) continue;
         if (!selects(sheet, selectExpression, *master) || !autoSelectionAllows(sheet, *master)) {
           continue;
         }

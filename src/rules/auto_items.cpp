@@ -213,33 +213,6 @@ std::string chooseCountText(int minimum, int maximum) {
   return strprintf("%sClick an item in the list to choose it.", count);
 }
 
-bool matchesChoosePattern(std::string_view pattern, std::string_view name) {
-  // Iterative wildcard match: remember the last "*" and how far it has swallowed.
-  std::size_t p = 0;
-  std::size_t n = 0;
-  std::size_t star = std::string_view::npos;
-  std::size_t resume = 0;
-  while (n < name.size()) {
-    if (p < pattern.size() &&
-        (pattern[p] == '?' || toLowerChar(static_cast<unsigned char>(pattern[p])) ==
-                                  toLowerChar(static_cast<unsigned char>(name[n])))) {
-      ++p;
-      ++n;
-    } else if (p < pattern.size() && pattern[p] == '*') {
-      star = p++;
-      resume = n;
-    } else if (star != std::string_view::npos) {
-      p = star + 1;
-      n = ++resume;
-    } else {
-      return false;
-    }
-  }
-  while (p < pattern.size() && pattern[p] == '*')
-    ++p;
-  return p == pattern.size();
-}
-
 AutoDataSheetLoader setAutoDataSheetLoader(AutoDataSheetLoader loader) {
   AutoDataSheetLoader previous = std::move(installedLoader());
   installedLoader() = std::move(loader);

@@ -65,10 +65,6 @@ std::optional<ChooseSpec> parseChooseArgument(std::string_view argument, std::st
 /// choose it.".
 std::string chooseCountText(int minimum, int maximum);
 
-/// Whether a name matches a pattern of ?choose, ignoring case: "*" stands for any run of
-/// characters and "?" for one.
-bool matchesChoosePattern(std::string_view pattern, std::string_view name);
-
 /// Runs an automatic items text for `parent`, just added to `list`. New items go into `container`
 /// (a sublist, or the list itself when null) unless the text sends them elsewhere. Returns the
 /// number of items added, or -1 when a directive failed (its message was shown; items added

@@ -76,25 +76,6 @@ void evaluateCopyLevel(FileInfo& sheet, Item& copy) {
   if (level.isNumber()) copy.levelValue = valueToDouble(level);
 }
 
-bool levelCompares(const Item& item, const Prereq& prereq) {
-  const int order = compareValues(item.value, prereq.value);
-  switch (prereq.comparison) {
-    case PrereqComparison::Less:
-      return order < 0;
-    case PrereqComparison::LessEqual:
-      return order <= 0;
-    case PrereqComparison::Equal:
-      return order == 0;
-    case PrereqComparison::GreaterEqual:
-      return order >= 0;
-    case PrereqComparison::Greater:
-      return order > 0;
-    case PrereqComparison::None:
-      return true;
-  }
-  return false;
-}
-
 /// Gives a copy the level text `text` with the cost at that level; false after "Unable to
 /// compute cost".
 bool setCopyLevel(Item& copy, const std::string& text) {

@@ -251,10 +251,6 @@ Item* findNamed(ListInfo* list, std::string_view name, const Item& self) {
   return found;
 }
 
-bool levelCompares(const Item& item, const Prereq& prereq) {
-  return compares(compareValues(item.value, prereq.value), prereq.comparison);
-}
-
 bool fieldCompares(FileInfo& sheet, const DlgItem& field, const Prereq& prereq) {
   constexpr std::int32_t kEditTextField = 31;
   if (field.kind == kEditTextField) {
@@ -671,6 +667,10 @@ std::string prereqText(const Prereq& prereq, Item* item) {
     }
   }
   return text;
+}
+
+bool levelCompares(const Item& item, const Prereq& prereq) {
+  return compares(compareValues(item.value, prereq.value), prereq.comparison);
 }
 
 }  // namespace zv

@@ -100,6 +100,10 @@ std::string_view comparisonText(PrereqComparison comparison);
 /// Whether one requirement holds for the item on the sheet (NOT applied).
 bool testPrereq(FileInfo& sheet, ListInfo* list, Item& item, const Prereq& prereq);
 
+/// Whether the item's level value stands to the requirement's value as its comparison asks
+/// (a requirement with no comparison holds).
+bool levelCompares(const Item& item, const Prereq& prereq);
+
 /// How prereqSatisfied tests an item.
 struct PrereqMode {
   bool excludedTest = false;  ///< first test whether an item present excludes this one

@@ -323,8 +323,8 @@ TEST_F(AutoItems, PatternsSelectExpressionsAndCostedRows) {
   clear(*skills_, 1);
   EXPECT_EQ(run("?selexp:@basecost>3;?choose:Learn,1,*Lore*;"), 1) << messages();
   EXPECT_EQ(layout(*skills_), "Parent,Fen Lore");
-  EXPECT_TRUE(matchesChoosePattern("R?pe*", "rope ladder"));
-  EXPECT_FALSE(matchesChoosePattern("*Lore", "Lore of Bells"));
+  EXPECT_TRUE(wildcardMatch("R?pe*", "rope ladder"));
+  EXPECT_FALSE(wildcardMatch("*Lore", "Lore of Bells"));
 }
 
 TEST_F(AutoItems, RandomDrawsComeFromTheSublistsMembers) {
