@@ -396,6 +396,8 @@ void ListPanel::openSelection(bool masterList) {
   // While it is open the sheet stays as the dialog found it, apart from what it adds.
   dialog->setWindowModality(Qt::ApplicationModal);
   selectDialog_ = dialog;
+  // The keys go back to the rows, where the items taken stand selected.
+  connect(dialog, &QDialog::finished, this, [this] { rows_->setFocus(); });
   dialog->show();
 }
 
