@@ -50,6 +50,9 @@ class ItemSelection {
   FileInfo& sheet() const { return *request_.sheet; }
   ListInfo& list() const { return *request_.list; }
   Item* cursor() const { return request_.cursor; }
+  /// Moves the cursor row where the next item taken goes (the list window's caret as it is when
+  /// the user takes it); null for the end of the list.
+  void setCursor(Item* cursor) { request_.cursor = cursor; }
   bool unique() const { return request_.unique; }
   const RuleSetContext& rules() const { return rules_; }
 

@@ -95,6 +95,29 @@ constexpr std::array<MenuEntry, 1> kFileTail{{
     {"E&xit", kFileExit, "Ctrl+Q", false},
 }};
 
+constexpr std::array<MenuEntry, 4> kEdit{{
+    {"&Undo", kEditUndo, "Ctrl+Z", true},
+    {"", 0, "", false},
+    {"&Delete", kEditClear, "", true},
+    {"Select &All", kEditSelectAll, "", true},
+}};
+
+constexpr std::array<MenuEntry, 13> kTools{{
+    {"&Select Item...", kToolsSelectItem, "", true},
+    {"Select from &Master List...", kToolsSelectFromMasterList, "", true},
+    {"&Modify...", kToolsModify, "", true},
+    {"&Open/Close Sublist", kToolsOpenCloseSublist, "", true},
+    {"&Delete Item", kToolsDeleteItem, "", true},
+    {"", 0, "", false},
+    {"Add &1", kToolsAdd1, "", true},
+    {"Subtract 1", kToolsSubtract1, "", true},
+    {"Move &Up", kToolsMoveUp, "", true},
+    {"Move Do&wn", kToolsMoveDown, "", true},
+    {"", 0, "", false},
+    {"Show &Requirements...", kToolsShowRequirements, "", true},
+    {"&Check Requirements...", kToolsCheckRequirements, "", true},
+}};
+
 constexpr std::array<MenuEntry, 1> kUtilities{{
     {"&Recalculate", kUtilitiesRecalculate, "F9", true},
 }};
@@ -132,6 +155,33 @@ std::span<const MenuEntry> fileMenuHead() {
 std::span<const MenuEntry> fileMenuTail() {
   return kFileTail;
 }
+std::span<const MenuEntry> editMenu() {
+  return kEdit;
+}
+std::span<const MenuEntry> toolsMenu() {
+  return kTools;
+}
+
+bool isListCommand(int command) {
+  switch (command) {
+    case kEditClear:
+    case kEditSelectAll:
+    case kToolsSelectItem:
+    case kToolsSelectFromMasterList:
+    case kToolsModify:
+    case kToolsOpenCloseSublist:
+    case kToolsDeleteItem:
+    case kToolsAdd1:
+    case kToolsSubtract1:
+    case kToolsMoveUp:
+    case kToolsMoveDown:
+    case kToolsShowRequirements:
+      return true;
+    default:
+      return false;
+  }
+}
+
 std::span<const MenuEntry> utilitiesMenu() {
   return kUtilities;
 }

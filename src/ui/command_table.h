@@ -29,7 +29,20 @@ inline constexpr int kFileSaveAs = 1044;
 inline constexpr int kFileExit = 1045;
 inline constexpr int kFileClose = 1048;
 inline constexpr int kFileSaveAll = 1076;
+inline constexpr int kEditUndo = 1080;
+inline constexpr int kEditClear = 1084;
+inline constexpr int kEditSelectAll = 1086;
+inline constexpr int kToolsSelectItem = 1101;
+inline constexpr int kToolsModify = 1103;
 inline constexpr int kToolsOpenCloseSublist = 1104;
+inline constexpr int kToolsSelectFromMasterList = 1105;
+inline constexpr int kToolsShowRequirements = 1108;
+inline constexpr int kToolsCheckRequirements = 1109;
+inline constexpr int kToolsDeleteItem = 1112;
+inline constexpr int kToolsAdd1 = 1115;
+inline constexpr int kToolsSubtract1 = 1116;
+inline constexpr int kToolsMoveUp = 1118;
+inline constexpr int kToolsMoveDown = 1119;
 inline constexpr int kUtilitiesRecalculate = 1308;
 inline constexpr int kWindowCloseAll = 1573;
 inline constexpr int kWindowOpenAll = 1575;
@@ -46,6 +59,11 @@ struct MenuEntry {
 /// The File menu above the recent files, and below them.
 std::span<const MenuEntry> fileMenuHead();
 std::span<const MenuEntry> fileMenuTail();
+/// The Edit and Tools menus of a sheet: the commands of its lists and the Undo of the sheet.
+std::span<const MenuEntry> editMenu();
+std::span<const MenuEntry> toolsMenu();
+/// Whether a command runs on a list (the list window or list field with the focus).
+bool isListCommand(int command);
 /// The Utilities and Window menus of a sheet.
 std::span<const MenuEntry> utilitiesMenu();
 std::span<const MenuEntry> windowMenu();

@@ -2,11 +2,18 @@
 // Save All, Close, Recalculate, the Data menu of the active sheet, and menus that follow the
 // active window.
 
+#include <QApplication>
 #include <QMenuBar>
 #include <algorithm>
 
+#include "core/messages.h"
 #include "core/paths.h"
+#include "core/undo.h"
 #include "formats/sheet_document.h"
+#include "rules/requirements.h"
+#include "ui/dialog_window.h"
+#include "ui/list_commands.h"
+#include "ui/list_panel.h"
 #include "ui/main_frame.h"
 #include "ui/new_file_dialog.h"
 #include "ui/sheet_subwindow.h"
@@ -50,6 +57,7 @@ QMdiSubWindow* MainFrame::newFromTemplate(const std::string& templateName, int f
 QMdiSubWindow* MainFrame::showSheet(std::unique_ptr<FileInfo> sheet) {
   auto* view = new SheetView(std::move(sheet), *mdiArea_, fieldPreferences(), this);
   view->dialogColour = appSettings_.dlgBGColor;
+  view->appSettings = &appSettings_;
   view->setCloseQuery(
       [this](SheetView& closing) { return closeQuery(closing.sheet(), documentContext()); });
   connect(view, &SheetView::sheetClosed, this, [this](SheetView* closed) {
@@ -128,7 +136,19 @@ void MainFrame::runCommand(int command) {
     if (view != nullptr) view->openWindow(SheetWindowKind::List, command - kListCommandBase);
     return;
   }
+  if (isListCommand(command)) {
+    if (ListPanel* panel = activeListPanel()) panel->runCommand(command);
+    updateCommandStates();
+    return;
+  }
   switch (command) {
+    case kEditUndo:
+      if (view != nullptr) view->undo();
+      updateCommandStates();
+      break;
+    case kToolsCheckRequirements:
+      if (view != nullptr) checkRequirements(*view);
+      break;
     case kFileNew:
       newFile();
       break;
@@ -172,7 +192,49 @@ void MainFrame::updateMenus() {
     if (action->property("needsSheet").toBool()) action->setEnabled(view != nullptr);
   }
   dataMenu_->menuAction()->setVisible(view != nullptr);
+  editMenu_->menuAction()->setVisible(view != nullptr);
+  toolsMenu_->menuAction()->setVisible(view != nullptr);
   rebuildDataMenu();
+  updateCommandStates();
+}
+
+ListPanel* MainFrame::activeListPanel() const {
+  QMdiSubWindow* window = mdiArea_->currentSubWindow();
+  if (window == nullptr || sheetViewOf(window) == nullptr) return nullptr;
+  if (auto* panel = qobject_cast<ListPanel*>(window->widget())) return panel;
+  auto* dialog = qobject_cast<DialogWindow*>(window->widget());
+  if (dialog == nullptr) return nullptr;
+  std::vector<ListPanel*> panels = dialog->listPanels();
+  for (QWidget* focus = QApplication::focusWidget(); focus != nullptr;
+       focus = focus->parentWidget()) {
+    if (auto* panel = qobject_cast<ListPanel*>(focus)) return panel;
+  }
+  return panels.size() == 1 ? panels.front() : nullptr;
+}
+
+void MainFrame::updateCommandStates() {
+  SheetView* view = activeSheet();
+  ListPanel* panel = activeListPanel();
+  for (QAction* action : commandActions_) {
+    int command = action->data().toInt();
+    if (command == kEditUndo) {
+      action->setText(fromSystemText(view != nullptr ? undoMenuText(view->sheet()) : "&Undo"));
+      action->setEnabled(view != nullptr && undoCanUndo(view->sheet()));
+    } else if (command == kToolsCheckRequirements) {
+      action->setEnabled(view != nullptr);
+    } else if (isListCommand(command)) {
+      action->setEnabled(panel != nullptr && panel->commandEnabled(command));
+    }
+  }
+}
+
+void MainFrame::checkRequirements(SheetView& view) {
+  view.commitPendingEdit();
+  std::vector<UnsatisfiedItem> unmet = checkAllPrereq(view.sheet());
+  std::string text = unsatisfiedCountText(unmet.size());
+  for (const UnsatisfiedItem& entry : unmet)
+    text += "\r\n" + entry.line;
+  showTitled(Severity::Message, "Check Requirements", text);
 }
 
 void MainFrame::rebuildDataMenu() {

@@ -2,13 +2,24 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyle>
+#include <algorithm>
 
 #include "core/host.h"
+#include "core/messages.h"
+#include "core/numbers.h"
+#include "rules/edit.h"
+#include "rules/list_ops.h"
+#include "rules/list_undo.h"
+#include "rules/place_item.h"
+#include "rules/prereq_dialog.h"
 #include "ui/command_table.h"
 #include "ui/field_geometry.h"
+#include "ui/list_commands.h"
+#include "ui/select_item_dialog.h"
 #include "ui/sheet_view.h"
 #include "ui/text_codec.h"
 
@@ -21,6 +32,8 @@ constexpr int kTreeLineOffset = 12;
 constexpr int kTreeStub = 8;
 constexpr int kBoxSize = 9;
 constexpr int kBoxGap = 4;
+constexpr int kBoxHitMargin = 8;  // a double click this far right of a sublist's box still toggles
+constexpr int kLargeStep = 5;     // Add 1 and Subtract 1 with Shift held
 
 bool isLastSibling(const Item& item) {
   if (item.parent != nullptr)
@@ -155,7 +168,7 @@ QSize ListRowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModel
 }
 
 ListPanel::ListPanel(SheetView& view, ListInfo& list, QWidget* parent)
-    : QWidget(parent), view_(view), list_(list) {
+    : QWidget(parent), view_(view), list_(list), inDialog_(parent != nullptr) {
   setObjectName(fromSystemText(list.name.str()));
   FontStyle style = fontStyleOf(list.font.fontSize);
   if (style.present()) {
@@ -184,8 +197,7 @@ ListPanel::ListPanel(SheetView& view, ListInfo& list, QWidget* parent)
   rows_->setFrameStyle(listHeaderText(list_, altIndex_).empty() ? QFrame::NoFrame
                                                                 : QFrame::StyledPanel);
   rows_->installEventFilter(this);
-  connect(rows_, &QListView::doubleClicked, this,
-          [this](const QModelIndex&) { runCommand(kToolsOpenCloseSublist); });
+  rows_->viewport()->installEventFilter(this);
   if (model_->rowCount() > 0) rows_->setCurrentIndex(model_->index(0));
   list_.window = this;
   layoutParts();
@@ -244,11 +256,67 @@ void ListPanel::paintEvent(QPaintEvent*) {
 }
 
 void ListPanel::refresh() {
+  std::vector<Item*> selected = selectedItems();
+  Item* caret = caretItem();
   int current = rows_->currentIndex().row();
   model_->reload();
-  if (model_->rowCount() > 0)
-    rows_->setCurrentIndex(model_->index(std::clamp(current, 0, model_->rowCount() - 1)));
+  int count = model_->rowCount();
+  if (count > 0) {
+    int caretRow = -1;
+    for (int row = 0; row < count && caret != nullptr; ++row) {
+      if (model_->itemAt(row) == caret) caretRow = row;
+    }
+    if (caretRow < 0) caretRow = std::clamp(current, 0, count - 1);
+    rows_->selectionModel()->setCurrentIndex(model_->index(caretRow),
+                                             QItemSelectionModel::NoUpdate);
+    QItemSelection keep;
+    for (int row = 0; row < count; ++row) {
+      if (std::find(selected.begin(), selected.end(), model_->itemAt(row)) != selected.end())
+        keep.select(model_->index(row), model_->index(row));
+    }
+    if (keep.isEmpty()) keep.select(model_->index(caretRow), model_->index(caretRow));
+    rows_->selectionModel()->select(keep, QItemSelectionModel::ClearAndSelect);
+  }
   update();
+}
+
+Item* ListPanel::caretItem() const {
+  int row = rows_->currentIndex().row();
+  return row >= 0 && row < model_->rowCount() ? model_->itemAt(row) : nullptr;
+}
+
+std::vector<Item*> ListPanel::selectedItems() const {
+  std::vector<int> rows;
+  for (const QModelIndex& index : rows_->selectionModel()->selectedRows())
+    rows.push_back(index.row());
+  std::sort(rows.begin(), rows.end());
+  std::vector<Item*> items;
+  for (int row : rows) {
+    if (row < model_->rowCount()) items.push_back(model_->itemAt(row));
+  }
+  return items;
+}
+
+void ListPanel::selectRows(int first, int last) {
+  int count = model_->rowCount();
+  if (count == 0 || first < 0) return;
+  first = std::min(first, count - 1);
+  last = std::clamp(last, first, count - 1);
+  rows_->selectionModel()->setCurrentIndex(model_->index(first), QItemSelectionModel::NoUpdate);
+  rows_->selectionModel()->select(QItemSelection(model_->index(first), model_->index(last)),
+                                  QItemSelectionModel::ClearAndSelect);
+  rows_->scrollTo(model_->index(first));
+}
+
+void ListPanel::selectItem(const Item* item) {
+  for (int row = 0; row < model_->rowCount(); ++row) {
+    if (model_->itemAt(row) == item) selectRows(row, row);
+  }
+}
+
+bool ListPanel::commandEnabled(int command) const {
+  return listCommandEnabled(command, list_, selectedItems(),
+                            static_cast<std::size_t>(model_->rowCount()));
 }
 
 bool ListPanel::runCommand(int command) {
@@ -256,9 +324,41 @@ bool ListPanel::runCommand(int command) {
     case kToolsOpenCloseSublist: {
       int row = rows_->currentIndex().row();
       if (row < 0) return true;
-      if (model_->toggle(row)) rows_->setCurrentIndex(model_->index(row));
+      if (model_->toggle(row)) {
+        selectRows(row, row);
+      } else {
+        modifyCaret();
+      }
       return true;
     }
+    case kToolsModify:
+      modifyCaret();
+      return true;
+    case kToolsSelectItem:
+    case kToolsSelectFromMasterList:
+      if (commandEnabled(command)) openSelection(command == kToolsSelectFromMasterList);
+      return true;
+    case kEditClear:
+    case kToolsDeleteItem:
+      deleteSelected();
+      return true;
+    case kEditSelectAll:
+      if (model_->rowCount() > 0) selectRows(0, model_->rowCount() - 1);
+      return true;
+    case kToolsAdd1:
+    case kToolsSubtract1:
+      stepCaret(command == kToolsAdd1 ? 1 : -1);
+      return true;
+    case kToolsMoveUp:
+    case kToolsMoveDown:
+      moveCaret(command == kToolsMoveUp ? -1 : 1);
+      return true;
+    case kToolsShowRequirements:
+      showRequirements();
+      return true;
+    case kEditUndo:
+      view_.undo();
+      return true;
     case kUtilitiesRecalculate:
       view_.recalculate();
       return true;
@@ -267,21 +367,165 @@ bool ListPanel::runCommand(int command) {
   }
 }
 
+void ListPanel::openSelection(bool masterList) {
+  if (selectDialog_) {
+    selectDialog_->raise();
+    selectDialog_->activateWindow();
+    return;
+  }
+  view_.commitPendingEdit();
+  auto selection = std::make_unique<ItemSelection>();
+  SelectionRequest request;
+  request.sheet = &view_.sheet();
+  request.list = &list_;
+  request.cursor = caretItem();
+  request.masterList = masterList;
+  if (!selection->open(request) || !selection->checkItemsLeft()) return;
+  std::optional<WindowRect>* rect =
+      view_.appSettings != nullptr ? &view_.appSettings->selectItemDlgRect : nullptr;
+  auto* dialog = new SelectItemDialog(
+      std::move(selection), [this] { return caretItem(); },
+      [this](Item* placed) {
+        view_.refreshAfterEdit();
+        view_.refreshTitles();
+        selectItem(placed);
+      },
+      rect, this);
+  dialog->setWindowFlag(Qt::Dialog);
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  // While it is open the sheet stays as the dialog found it, apart from what it adds.
+  dialog->setWindowModality(Qt::ApplicationModal);
+  selectDialog_ = dialog;
+  // The keys go back to the rows, where the items taken stand selected.
+  connect(dialog, &QDialog::finished, this, [this] { rows_->setFocus(); });
+  dialog->show();
+}
+
+void ListPanel::deleteSelected() {
+  std::vector<Item*> items = selectedItems();
+  if (items.empty()) return;
+  view_.commitPendingEdit();
+  FileInfo& sheet = view_.sheet();
+  const AppSettings* settings = view_.appSettings;
+  bool confirm = settings == nullptr || settings->confirmMultipleDeletions;
+  if (items.size() > 1 && confirm &&
+      askQuestion(kConfirmDeletionTitle, confirmDeletionText(items.size()), ButtonSet::YesNo,
+                  Button::Yes) != Button::Yes) {
+    return;
+  }
+  bool keepAssociated = false;
+  bool asks = std::any_of(items.begin(), items.end(),
+                          [&](Item* item) { return asksAboutAutomaticChildren(sheet, *item); });
+  if (asks) {
+    Button answer = askQuestion(kDeleteAssociatedTitle, kDeleteAssociatedText,
+                                ButtonSet::YesNoCancel, Button::Yes);
+    if (answer == Button::Cancel) return;
+    keepAssociated = answer == Button::No;
+  }
+  long maxUndo = settings != nullptr ? settings->maxUndo : kDefaultMaxUndo;
+  DeleteOutcome outcome = deleteItems(sheet, list_, items, keepAssociated, maxUndo);
+  view_.refreshAfterEdit();
+  view_.refreshTitles();
+  if (outcome.deleted && outcome.row >= 0) selectRows(outcome.row, outcome.row);
+}
+
+void ListPanel::modifyCaret() {
+  Item* item = caretItem();
+  if (item == nullptr) return;
+  view_.commitPendingEdit();
+  FileInfo& sheet = view_.sheet();
+  bool byLevel = !item->isSublist() && (!item->level.empty() || item->levelSymbol != nullptr);
+  if (item->isSublist() && !item->setListCost()) return;
+  std::string prompt = byLevel ? list_.levelPrompt.str() : list_.costPrompt.str();
+  if (prompt.empty()) prompt = byLevel ? "Level" : "Cost";
+  std::string initial = byLevel ? item->level : formatFloat(item->cost);
+  std::optional<std::string> typed = host().enterValue(item->name, prompt, initial);
+  if (!typed || *typed == initial) return;
+  if (byLevel) {
+    changeItemLevel(sheet, *item, *typed);
+  } else {
+    changeItemCost(sheet, *item, *typed);
+  }
+  view_.refreshAfterEdit();
+  view_.refreshTitles();
+}
+
+void ListPanel::stepCaret(int step) {
+  Item* item = caretItem();
+  if (item == nullptr || !commandEnabled(kToolsAdd1)) return;
+  view_.commitPendingEdit();
+  stepItemLevel(view_.sheet(), *item, step);
+  view_.refreshAfterEdit();
+  view_.refreshTitles();
+}
+
+void ListPanel::moveCaret(int direction) {
+  Item* item = caretItem();
+  if (item == nullptr) return;
+  view_.commitPendingEdit();
+  int row = moveElement(view_.sheet(), list_, *item, direction);
+  view_.refreshAfterEdit();
+  view_.refreshTitles();
+  if (row >= 0) selectItem(item);
+}
+
+void ListPanel::showRequirements() {
+  Item* item = caretItem();
+  if (item == nullptr || !commandEnabled(kToolsShowRequirements)) return;
+  view_.commitPendingEdit();
+  RequirementsDialog dialog(view_.sheet(), &list_, *item, false);
+  if (!dialog.readable()) return;
+  runRequirementsDialog(dialog, placeBehindCursor());
+  view_.refreshAfterEdit();
+  view_.refreshTitles();
+}
+
+void ListPanel::doubleClickAt(QPoint point) {
+  QModelIndex index = rows_->indexAt(point);
+  if (!index.isValid()) {
+    runCommand(kToolsSelectItem);
+    return;
+  }
+  selectRows(index.row(), index.row());
+  Item* item = model_->itemAt(index.row());
+  if (!inDialog_ && item->isSublist()) {
+    int boxEdge = item->depth * kIndentPerDepth + kBoxSize + kBoxHitMargin;
+    runCommand(point.x() < boxEdge ? kToolsOpenCloseSublist : kToolsModify);
+    return;
+  }
+  runCommand(kToolsOpenCloseSublist);
+}
+
 bool ListPanel::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == rows_->viewport() && event->type() == QEvent::MouseButtonDblClick) {
+    doubleClickAt(static_cast<QMouseEvent*>(event)->position().toPoint());
+    return true;
+  }
   if (watched == rows_ && event->type() == QEvent::KeyPress) {
     auto* key = static_cast<QKeyEvent*>(event);
+    Qt::KeyboardModifiers modifiers = key->modifiers() & ~Qt::KeypadModifier;
+    bool control = modifiers.testFlag(Qt::ControlModifier);
+    bool shift = modifiers.testFlag(Qt::ShiftModifier);
     if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
       runCommand(kToolsOpenCloseSublist);
       return true;
     }
+    if (key->key() == Qt::Key_Insert && modifiers == Qt::NoModifier) {
+      runCommand(kToolsSelectItem);
+      return true;
+    }
+    if (key->key() == Qt::Key_Delete && !control && !shift) {
+      runCommand(kEditClear);
+      return true;
+    }
+    if (control && (key->key() == Qt::Key_Up || key->key() == Qt::Key_Down)) {
+      int step = shift ? kLargeStep : 1;
+      stepCaret(key->key() == Qt::Key_Up ? step : -step);
+      return true;
+    }
     if (key->key() == Qt::Key_Backspace) {
-      Item* item = model_->itemAt(rows_->currentIndex().row());
-      if (item != nullptr && item->parent != nullptr) {
-        // The rows model finds the parent's row by its item.
-        for (int row = 0; row < model_->rowCount(); ++row) {
-          if (model_->itemAt(row) == item->parent) rows_->setCurrentIndex(model_->index(row));
-        }
-      }
+      Item* item = caretItem();
+      if (item != nullptr && item->parent != nullptr) selectItem(item->parent);
       return true;
     }
   }

@@ -1,19 +1,25 @@
 #pragma once
 // A list as the user sees it, in a list window or in a dialog's `list` field: an optional header
 // line, the rows (items with their name, cost and level columns; sublists that open and close),
-// and the total line with its prompt. Selection is read-only for now.
+// and the total line with its prompt. The commands of a list run here on the caret row and the
+// selected rows: Select Item, Delete, Modify (level entry), Add 1 and Subtract 1, Move Up and
+// Move Down, Show Requirements.
 
 #include <QAbstractListModel>
 #include <QListView>
+#include <QPointer>
 #include <QStyledItemDelegate>
 #include <QWidget>
+#include <vector>
 
 #include "core/list_info.h"
 #include "ui/list_rows.h"
+#include "ui/select_item_dialog.h"
 
 namespace zv::ui {
 
 class SheetView;
+class SelectItemDialog;
 
 /// The rows of a list for a Qt view; each row's data is the item it shows.
 class ListRowsModel : public QAbstractListModel {
@@ -56,10 +62,23 @@ class ListPanel : public QWidget {
   /// The text of the total line as shown: the prompt and the total.
   QString totalLineText() const;
 
-  /// The rows and the total again, after a change.
+  /// The rows and the total again, after a change; the selected items stay selected.
   void refresh();
   /// Runs a command of the list on the caret row; false for one it doesn't serve.
   bool runCommand(int command);
+  /// Whether the menus enable a command of the list for the rows selected now.
+  bool commandEnabled(int command) const;
+
+  /// The item of the caret row; null when there is none.
+  Item* caretItem() const;
+  /// The selected items, top to bottom.
+  std::vector<Item*> selectedItems() const;
+  /// Selects the visible rows `first` to `last` and puts the caret on `first`.
+  void selectRows(int first, int last);
+  /// Makes an item the only selected row, with the caret on it.
+  void selectItem(const Item* item);
+  /// The Select Item dialog while it is open.
+  SelectItemDialog* selectItemDialog() const { return selectDialog_; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -68,6 +87,15 @@ class ListPanel : public QWidget {
 
  private:
   void layoutParts();
+  void openSelection(bool masterList);
+  void deleteSelected();
+  void modifyCaret();
+  void stepCaret(int step);
+  void moveCaret(int direction);
+  void showRequirements();
+  /// A double click at `point` of the rows: an empty place selects an item, a sublist's box
+  /// opens or closes it, any other row is modified.
+  void doubleClickAt(QPoint point);
   int lineHeight() const;
   int headerHeight() const;
   int totalHeight() const;
@@ -77,6 +105,8 @@ class ListPanel : public QWidget {
   ListRowsModel* model_ = nullptr;
   QListView* rows_ = nullptr;
   int altIndex_ = 0;
+  bool inDialog_ = false;  ///< a dialog's `list` field rather than a list window
+  QPointer<SelectItemDialog> selectDialog_;
 };
 
 }  // namespace zv::ui

@@ -18,8 +18,12 @@
 
 #include "core/deletion_list.h"
 #include "core/paths.h"
+#include "ui/dialog_window.h"
 #include "ui/frame_geometry.h"
+#include "ui/list_commands.h"
+#include "ui/list_panel.h"
 #include "ui/open_dialog_filters.h"
+#include "ui/requirements_window.h"
 #include "ui/text_codec.h"
 
 namespace zv::ui {
@@ -55,9 +59,11 @@ MainFrame::MainFrame(Settings& settings, AppSettings& appSettings, QWidget* pare
   statusBar()->setVisible(appSettings_.showStatusBar);
   setAcceptDrops(true);
   installEngineHooks();
+  previousRunner_ = setRequirementsDialogRunner(runRequirementsWindow);
 }
 
 MainFrame::~MainFrame() {
+  setRequirementsDialogRunner(std::move(previousRunner_));
   installSheetViewHooks(previousHooks_);
   disconnect(mdiArea_, nullptr, this, nullptr);
 }
@@ -73,6 +79,19 @@ void MainFrame::installEngineHooks() {
     for (SheetView* view : sheets())
       if (&view->sheet() == list.owner) view->refreshAfterEdit();
   };
+  hooks.showList = [this](ListInfo& list) {
+    for (SheetView* view : sheets())
+      if (&view->sheet() == list.owner) view->showList(list);
+  };
+  hooks.selectRows = [this](ListInfo& list, int first, int last) {
+    for (SheetView* view : sheets()) {
+      if (&view->sheet() != list.owner) continue;
+      if (ListPanel* panel = view->panelOf(list)) {
+        panel->refresh();
+        panel->selectRows(first, last);
+      }
+    }
+  };
   previousHooks_ = installSheetViewHooks(std::move(hooks));
 }
 
@@ -85,6 +104,15 @@ void MainFrame::buildMenus() {
   addMenuEntries(fileMenu_, fileMenuTail());
   // The working directory may have changed since the entries were written.
   connect(fileMenu_, &QMenu::aboutToShow, this, &MainFrame::rebuildRecentFilesMenu);
+
+  editMenu_ = menuBar()->addMenu(tr("&Edit"));
+  editMenu_->setObjectName("editMenu");
+  addMenuEntries(editMenu_, editMenu());
+  connect(editMenu_, &QMenu::aboutToShow, this, &MainFrame::updateCommandStates);
+  toolsMenu_ = menuBar()->addMenu(tr("&Tools"));
+  toolsMenu_->setObjectName("toolsMenu");
+  addMenuEntries(toolsMenu_, toolsMenu());
+  connect(toolsMenu_, &QMenu::aboutToShow, this, &MainFrame::updateCommandStates);
 
   dataMenu_ = menuBar()->addMenu(tr("&Data"));
   dataMenu_->setObjectName("dataMenu");

@@ -14,6 +14,7 @@
 #include "core/recent_files.h"
 #include "core/settings.h"
 #include "formats/sheet_document.h"
+#include "rules/prereq_dialog.h"
 #include "rules/sheet_view.h"
 #include "ui/command_table.h"
 #include "ui/sheet_view.h"
@@ -68,6 +69,12 @@ class MainFrame : public QMainWindow {
   /// The action of a command in the frame's menus; null when it has none.
   QAction* commandAction(int command) const;
   QMenu* dataMenu() const { return dataMenu_; }
+  /// The list panel that list commands act on: the active list window, or the list field with
+  /// the focus in the active dialog (the only one when the dialog has one); null otherwise.
+  ListPanel* activeListPanel() const;
+  /// Enables the Edit and Tools entries for the active window and its selected rows, and names
+  /// the step that Undo takes back.
+  void updateCommandStates();
 
   const RecentFiles& recentFiles() const { return recentFiles_; }
   QMdiArea* mdiArea() const { return mdiArea_; }
@@ -83,6 +90,8 @@ class MainFrame : public QMainWindow {
   /// Lets the engine's change reports reach the windows of the sheet concerned.
   void installEngineHooks();
   SheetViewHooks previousHooks_;
+  RequirementsDialogRunner previousRunner_;
+  void checkRequirements(SheetView& view);
 
   void buildMenus();
   void addMenuEntries(QMenu* menu, std::span<const MenuEntry> entries);
@@ -113,6 +122,8 @@ class MainFrame : public QMainWindow {
   QMenu* fileMenu_ = nullptr;
   QMenu* helpMenu_ = nullptr;
   QMenu* dataMenu_ = nullptr;
+  QMenu* editMenu_ = nullptr;
+  QMenu* toolsMenu_ = nullptr;
   QMenu* utilitiesMenu_ = nullptr;
   QMenu* windowMenu_ = nullptr;
   std::vector<QAction*> commandActions_;

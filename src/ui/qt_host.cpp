@@ -209,37 +209,81 @@ std::optional<std::string> QtHost::enterFileValue(std::string_view title,
   return toNativePath(field->text());
 }
 
-std::vector<int> QtHost::choose(const ChoiceRequest& request) {
-  ActiveWindowKeeper keeper;
-  QDialog dialog(keeper.window());
-  dialog.setWindowTitle(fromSystemText(request.title));
-  auto* layout = new QVBoxLayout(&dialog);
-  if (!request.prompt.empty()) layout->addWidget(new QLabel(fromSystemText(request.prompt)));
-  auto* list = new QListWidget;
-  list->setSelectionMode(request.multiple ? QAbstractItemView::ExtendedSelection
-                                          : QAbstractItemView::SingleSelection);
-  for (const std::string& choice : request.choices)
-    list->addItem(fromSystemText(choice));
-  for (int index : request.initial) {
-    if (QListWidgetItem* item = list->item(index)) {
-      item->setSelected(true);
-      list->setCurrentItem(item, QItemSelectionModel::Select);
+namespace {
+
+/// The window of a choice: the prompt, the entries, OK and Cancel. With `bounds`, OK is enabled
+/// only while the number of chosen entries lies within the request's minimum and maximum, and
+/// choosing none is an answer when the minimum allows it.
+class ChoiceDialog {
+ public:
+  ChoiceDialog(const ChoiceRequest& request, QWidget* parent, bool bounds) : dialog_(parent) {
+    dialog_.setWindowTitle(fromSystemText(request.title));
+    dialog_.setObjectName("choiceDialog");
+    auto* layout = new QVBoxLayout(&dialog_);
+    if (!request.prompt.empty()) layout->addWidget(new QLabel(fromSystemText(request.prompt)));
+    list_ = new QListWidget;
+    list_->setObjectName("choices");
+    // Choosing some toggles entries one click at a time.
+    list_->setSelectionMode(!request.multiple ? QAbstractItemView::SingleSelection
+                            : bounds          ? QAbstractItemView::MultiSelection
+                                              : QAbstractItemView::ExtendedSelection);
+    for (const std::string& choice : request.choices)
+      list_->addItem(fromSystemText(choice));
+    for (int index : request.initial) {
+      if (QListWidgetItem* item = list_->item(index)) {
+        item->setSelected(true);
+        list_->setCurrentItem(item, QItemSelectionModel::Select);
+      }
+    }
+    layout->addWidget(list_);
+    buttons_ = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    layout->addWidget(buttons_);
+    QObject::connect(buttons_, &QDialogButtonBox::accepted, &dialog_, &QDialog::accept);
+    QObject::connect(buttons_, &QDialogButtonBox::rejected, &dialog_, &QDialog::reject);
+    if (!request.multiple) {
+      QObject::connect(list_, &QListWidget::itemDoubleClicked, &dialog_, &QDialog::accept);
+    }
+    if (bounds) {
+      auto update = [this, minimum = request.minimum, maximum = request.maximum] {
+        int count = static_cast<int>(list_->selectedItems().size());
+        buttons_->button(QDialogButtonBox::Ok)
+            ->setEnabled(count >= minimum && (maximum <= 0 || count <= maximum));
+      };
+      QObject::connect(list_, &QListWidget::itemSelectionChanged, &dialog_, update);
+      update();
     }
   }
-  layout->addWidget(list);
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-  layout->addWidget(buttons);
-  QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
-  QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
-  if (!request.multiple) {
-    QObject::connect(list, &QListWidget::itemDoubleClicked, &dialog, &QDialog::accept);
+
+  /// The rows chosen on OK; nullopt on Cancel.
+  std::optional<std::vector<int>> run() {
+    if (dialog_.exec() != QDialog::Accepted) return std::nullopt;
+    std::vector<int> chosen;
+    for (int row = 0; row < list_->count(); ++row) {
+      if (list_->item(row)->isSelected()) chosen.push_back(row);
+    }
+    return chosen;
   }
-  if (dialog.exec() != QDialog::Accepted) return {};
-  std::vector<int> chosen;
-  for (int row = 0; row < list->count(); ++row) {
-    if (list->item(row)->isSelected()) chosen.push_back(row);
-  }
-  return chosen;
+
+ private:
+  QDialog dialog_;
+  QListWidget* list_ = nullptr;
+  QDialogButtonBox* buttons_ = nullptr;
+};
+
+}  // namespace
+
+std::vector<int> QtHost::choose(const ChoiceRequest& request) {
+  ActiveWindowKeeper keeper;
+  ChoiceDialog dialog(request, keeper.window(), false);
+  return dialog.run().value_or(std::vector<int>{});
+}
+
+std::optional<std::vector<int>> QtHost::chooseSome(const ChoiceRequest& request) {
+  ActiveWindowKeeper keeper;
+  ChoiceRequest several = request;
+  several.multiple = true;
+  ChoiceDialog dialog(several, keeper.window(), true);
+  return dialog.run();
 }
 
 std::vector<std::string> QtHost::chooseFiles(const FileRequest& request) {
@@ -394,6 +438,10 @@ ProcessResult QtHost::runProcess(const std::string& commandLine, int timeoutMs) 
 
 bool QtHost::openWithSystem(const std::string& path) {
   return QDesktopServices::openUrl(QUrl::fromLocalFile(fromNativePath(path)));
+}
+
+void QtHost::beep() {
+  QApplication::beep();
 }
 
 // Sound needs Qt Multimedia, which this build doesn't use: nothing is played.

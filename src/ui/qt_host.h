@@ -47,6 +47,9 @@ class QtHost : public Host {
   std::optional<std::string> enterFileValue(std::string_view title,
                                             std::string_view initial) override;
   std::vector<int> choose(const ChoiceRequest& request) override;
+  /// A list where any number of entries within the request's bounds may be chosen; OK with none
+  /// chosen gives an empty answer, Cancel nullopt.
+  std::optional<std::vector<int>> chooseSome(const ChoiceRequest& request) override;
   std::vector<std::string> chooseFiles(const FileRequest& request) override;
   void progressBegin(std::string_view title, std::string_view text, int steps) override;
   bool progressStep(int done) override;
@@ -61,6 +64,7 @@ class QtHost : public Host {
   ProcessResult runProcess(const std::string& commandLine, int timeoutMs) override;
   bool openWithSystem(const std::string& path) override;
   void playSound(const std::string& path) override;
+  void beep() override;
 
  private:
   InterruptWatcher watcher_;

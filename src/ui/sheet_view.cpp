@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "core/strfmt.h"
+#include "core/undo.h"
 #include "ui/dialog_window.h"
 #include "ui/engine_edits.h"
 #include "ui/list_panel.h"
@@ -100,6 +101,37 @@ std::vector<ListPanel*> SheetView::listPanels() const {
     }
   }
   return panels;
+}
+
+ListPanel* SheetView::panelOf(const ListInfo& list) const {
+  for (ListPanel* panel : listPanels()) {
+    if (&panel->list() == &list) return panel;
+  }
+  return nullptr;
+}
+
+ListPanel* SheetView::showList(const ListInfo& list) {
+  for (std::size_t i = 0; i < sheet_->lists.size(); ++i) {
+    if (sheet_->lists[i].get() == &list) openWindow(SheetWindowKind::List, static_cast<int>(i));
+  }
+  for (std::size_t i = 0; i < sheet_->dlgs.size(); ++i) {
+    for (const auto& field : sheet_->dlgs[i]->items) {
+      if (field->listField.get() == &list) openWindow(SheetWindowKind::Dialog, static_cast<int>(i));
+    }
+  }
+  return panelOf(list);
+}
+
+bool SheetView::undo() {
+  commitPendingEdit();
+  if (!undoCanUndo(*sheet_)) return false;
+  bool undone = undoPop(*sheet_);
+  for (const OpenWindow& entry : liveWindows()) {
+    if (auto* dialog = qobject_cast<DialogWindow*>(entry.window->widget())) dialog->refreshFields();
+  }
+  refreshAfterEdit();
+  refreshTitles();
+  return undone;
 }
 
 QMdiSubWindow* SheetView::openWindow(SheetWindowKind kind, int index) {

@@ -11,6 +11,7 @@
 #include <memory>
 #include <vector>
 
+#include "core/app_settings.h"
 #include "core/fileinfo.h"
 #include "ui/field_values.h"
 #include "ui/symbol_watch.h"
@@ -39,6 +40,9 @@ class SheetView : public QObject {
   FieldContext& fieldContext() { return fieldContext_; }
   /// The colour of dialogs without their own (0x00BBGGRR), or -1 for the system's.
   long dialogColour = -1;
+  /// The program's settings that editing reads (MaxUndo, ConfirmMultipleDeletions) and the
+  /// selection dialog's kept rectangle; null: the defaults of a fresh installation.
+  AppSettings* appSettings = nullptr;
   void setCloseQuery(CloseQuery query) { closeQuery_ = std::move(query); }
 
   /// Creates the main dialog's window and the windows flagged open, and shows them.
@@ -54,6 +58,13 @@ class SheetView : public QObject {
   DialogWindow* dialogWindow(int index) const;
   /// Every list panel on the screen: list windows and list fields.
   std::vector<ListPanel*> listPanels() const;
+  /// The panel that shows a list, when one is on the screen.
+  ListPanel* panelOf(const ListInfo& list) const;
+  /// Opens the window that shows a list (its list window, or the dialog with its field) or
+  /// brings it forward; the panel, or null when no window of the sheet shows the list.
+  ListPanel* showList(const ListInfo& list);
+  /// Undo (command 1080): takes back the newest step of the sheet; false when there was none.
+  bool undo();
 
   /// Stores the value of a field being edited (before a command acts on the sheet).
   void commitPendingEdit();

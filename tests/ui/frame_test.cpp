@@ -107,7 +107,7 @@ class FrameTest : public QObject {
     MainFrame frame(*settings_, *app_);
     QCOMPARE(frame.windowTitle(), QStringLiteral("Zarvelin"));
     QCOMPARE(actionTexts(frame.menuBar()),
-             (QStringList{"&File", "&Data", "&Utilities", "&Window", "&Help"}));
+             (QStringList{"&File", "&Edit", "&Tools", "&Data", "&Utilities", "&Window", "&Help"}));
     QCOMPARE(actionTexts(frame.fileMenu()),
              (QStringList{"&New...", "&Open...", "&Close", "&Save", "Save &As...", "Save A&ll",
                           "Recent Files", "E&xit"}));
@@ -115,7 +115,7 @@ class FrameTest : public QObject {
     QCOMPARE(frame.commandAction(1042)->shortcut(), QKeySequence(QKeySequence::Open));
     // With no sheet open, the Data menu is hidden and the sheet's commands are disabled.
     QVERIFY(!frame.dataMenu()->menuAction()->isVisible());
-    for (int command : {1048, 1043, 1044, 1076, 1308})
+    for (int command : {1048, 1043, 1044, 1076, 1308, 1080, 1084, 1101, 1109})
       QVERIFY(!frame.commandAction(command)->isEnabled());
     QVERIFY(frame.commandAction(1041)->isEnabled());
     QCOMPARE(file.back()->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Q));

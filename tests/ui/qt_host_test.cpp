@@ -226,6 +226,56 @@ class QtHostTest : public QObject {
     QCOMPARE(QList<int>(chosen.begin(), chosen.end()), expected);
   }
 
+  void chooseSome_data() {
+    QTest::addColumn<int>("minimum");
+    QTest::addColumn<int>("maximum");
+    QTest::addColumn<QList<int>>("select");
+    QTest::addColumn<bool>("okEnabled");
+    QTest::addColumn<bool>("accept");
+    QTest::addColumn<bool>("answered");
+    QTest::addColumn<QList<int>>("expected");
+    QTest::newRow("none chosen is an answer")
+        << 0 << 2 << QList<int>{} << true << true << true << QList<int>{};
+    QTest::newRow("two of at most two")
+        << 0 << 2 << QList<int>{2, 0} << true << true << true << QList<int>{0, 2};
+    QTest::newRow("three of at most two")
+        << 0 << 2 << QList<int>{0, 1, 2} << false << false << false << QList<int>{};
+    QTest::newRow("fewer than the minimum")
+        << 2 << 0 << QList<int>{1} << false << false << false << QList<int>{};
+    QTest::newRow("cancelled with a choice")
+        << 0 << 0 << QList<int>{1} << true << false << false << QList<int>{};
+  }
+
+  void chooseSome() {
+    QFETCH(int, minimum);
+    QFETCH(int, maximum);
+    QFETCH(QList<int>, select);
+    QFETCH(bool, okEnabled);
+    QFETCH(bool, accept);
+    QFETCH(bool, answered);
+    QFETCH(QList<int>, expected);
+    zv::ChoiceRequest request;
+    request.title = "Tools";
+    request.prompt = "Choose your tools";
+    request.choices = {"Awl", "Lamp", "Rope"};
+    request.minimum = minimum;
+    request.maximum = maximum;
+    bool enabled = false;
+    whenModal([&](QWidget* modal) {
+      auto* list = modal->findChild<QListWidget*>();
+      for (int row : select)
+        list->item(row)->setSelected(true);
+      auto* buttons = modal->findChild<QDialogButtonBox*>();
+      enabled = buttons->button(QDialogButtonBox::Ok)->isEnabled();
+      auto* dialog = qobject_cast<QDialog*>(modal);
+      accept ? dialog->accept() : dialog->reject();
+    });
+    std::optional<std::vector<int>> chosen = host_.chooseSome(request);
+    QCOMPARE(enabled, okEnabled);
+    QCOMPARE(chosen.has_value(), answered);
+    if (chosen) QCOMPARE(QList<int>(chosen->begin(), chosen->end()), expected);
+  }
+
   void progressStepReportsCancel() {
     host_.progressBegin("Loading", "Reading data sheets", 10);
     QVERIFY(host_.progressStep(3));

@@ -1,0 +1,395 @@
+// Building a character in the desktop program, on the offscreen platform: items taken through the
+// Select Item dialog's widgets, deleted and brought back by Undo, stepped and typed to another
+// level, and the requirements window with its verdicts; the menus follow the selection.
+
+// Before any Qt header: HeadlessHost has a member that Qt's "emit" macro would rewrite.
+#include "core/headless_host.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMdiSubWindow>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QtTest>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <optional>
+
+#include "core/app_settings.h"
+#include "core/game_systems.h"
+#include "core/settings.h"
+#include "formats/data_sheet_loader.h"
+#include "ui/command_table.h"
+#include "ui/dialog_window.h"
+#include "ui/list_commands.h"
+#include "ui/list_panel.h"
+#include "ui/main_frame.h"
+#include "ui/requirements_window.h"
+#include "ui/select_item_dialog.h"
+#include "ui/sheet_view.h"
+#include "ui/text_codec.h"
+
+namespace fs = std::filesystem;
+using namespace zv::ui;
+
+namespace {
+
+// Runs `act` on the next modal window that opens.
+void whenModal(std::function<void(QWidget*)> act) {
+  auto* timer = new QTimer(qApp);
+  QObject::connect(timer, &QTimer::timeout, timer, [timer, act] {
+    if (QWidget* modal = QApplication::activeModalWidget()) {
+      timer->stop();
+      timer->deleteLater();
+      act(modal);
+    }
+  });
+  timer->start(5);
+}
+
+QStringList rowNames(ListPanel* panel) {
+  QStringList names;
+  for (int row = 0; row < panel->model()->rowCount(); ++row)
+    names << fromSystemText(panel->model()->itemAt(row)->name);
+  return names;
+}
+
+QStringList names(const std::vector<zv::Item*>& items) {
+  QStringList result;
+  for (const zv::Item* item : items)
+    result << fromSystemText(item->name);
+  return result;
+}
+
+struct RequirementRow {
+  QString text;
+  bool met = false;
+};
+
+std::vector<RequirementRow> requirementRows(QWidget* window) {
+  std::vector<RequirementRow> rows;
+  auto* list = window->findChild<QListWidget*>("requirements");
+  for (int row = 0; list != nullptr && row < list->count(); ++row)
+    rows.push_back({list->item(row)->text(), list->item(row)->checkState() == Qt::Checked});
+  return rows;
+}
+
+}  // namespace
+
+class ListEditingTest : public QObject {
+  Q_OBJECT
+
+  std::optional<QTemporaryDir> dir_;
+  std::optional<zv::Settings> settings_;
+  std::optional<zv::AppSettings> app_;
+  std::optional<zv::HeadlessHost> host_;
+  std::optional<zv::HostInstallation> installed_;
+  std::optional<MainFrame> frame_;
+
+  SheetView* view() { return frame_->activeSheet(); }
+  QString fieldText(const char* name) {
+    QWidget* control = view()->dialogWindow(0)->controlFor(name);
+    if (auto* label = qobject_cast<QLabel*>(control)) return label->text();
+    if (auto* line = qobject_cast<QLineEdit*>(control)) return line->text();
+    return "<none>";
+  }
+  double spent() { return fieldText("Spent").toDouble(); }
+  ListPanel* listWindow(const char* name) {
+    const auto& lists = view()->sheet().lists;
+    for (std::size_t i = 0; i < lists.size(); ++i) {
+      if (lists[i]->name.str() != name) continue;
+      QMdiSubWindow* window = view()->openWindow(SheetWindowKind::List, static_cast<int>(i));
+      return window ? qobject_cast<ListPanel*>(window->widget()) : nullptr;
+    }
+    return nullptr;
+  }
+  // Selects rows as a user's clicks would, and lets the frame see the selection.
+  void select(ListPanel* panel, std::initializer_list<int> rows) {
+    auto* selection = panel->rowsView()->selectionModel();
+    selection->clear();
+    for (int row : rows) {
+      selection->setCurrentIndex(panel->model()->index(row), QItemSelectionModel::Select);
+    }
+    frame_->updateCommandStates();
+  }
+  // Takes the item named `name` through the open Select Item dialog's widgets.
+  void takeThroughDialog(ListPanel* panel, const QString& name) {
+    panel->runCommand(kToolsSelectItem);
+    SelectItemDialog* dialog = panel->selectItemDialog();
+    QVERIFY(dialog);
+    QVERIFY(dialog->isVisible());
+    dialog->searchField()->clear();
+    QTest::keyClicks(dialog->searchField(), name);
+    QListWidgetItem* current = dialog->rowsList()->currentItem();
+    QVERIFY(current);
+    QCOMPARE(current->text().trimmed(), name);
+    QTest::mouseClick(dialog->addButton(), Qt::LeftButton);
+  }
+
+ private slots:
+  void init() {
+    dir_.emplace();
+    QVERIFY(dir_->isValid());
+    fs::path base(dir_->path().toStdString());
+    const fs::path data(ZV_SAMPLE_DATA_DIR);
+    {
+      std::ofstream ini(base / "settings.ini");
+      ini << "[zarvel]\nSource Directory=" << data.string() << "\n";
+    }
+    settings_.emplace(zv::Settings::fromFile(base / "settings.ini"));
+    app_.emplace(zv::AppSettings::load(*settings_, base));
+    zv::dataSheetEnvironment().dataDir = data;
+    host_.emplace(nullptr);
+    installed_.emplace(*host_);
+    frame_.emplace(*settings_, *app_);
+    frame_->show();
+    QApplication::setActiveWindow(&*frame_);
+    const fs::path sheet = base / "Maren Vell.chr";
+    fs::copy_file(data / "characters" / "Maren Vell.chr", sheet);
+    QVERIFY(frame_->openFile(sheet.string()));
+    QVERIFY(view());
+  }
+
+  void cleanup() {
+    frame_.reset();
+    installed_.reset();
+    host_.reset();
+    zv::clearGameSystems();
+    dir_.reset();
+  }
+
+  void anItemTakenThroughTheDialogJoinsTheListAtTheCaret() {
+    ListPanel* skills = listWindow("Skills");
+    QVERIFY(skills);
+    QCOMPARE(skills->totalLineText(), QStringLiteral("Skill points 25"));
+    QCOMPARE(spent(), 77.0);
+    select(skills, {1});  // Lorekeeping
+    takeThroughDialog(skills, "Climbing");
+    QCOMPARE(rowNames(skills), (QStringList{"Fenwalking", "Lorekeeping", "Climbing", "Spear",
+                                            "Tracking", "Bargaining"}));
+    QCOMPARE(names(skills->selectedItems()), QStringList{"Climbing"});
+    double cost = skills->caretItem()->totalCost;
+    QVERIFY(cost > 0);
+    QCOMPARE(skills->list().total, 25 + cost);
+    QCOMPARE(skills->totalLineText(), QString("Skill points %1").arg(25 + cost));
+    QCOMPARE(spent(), 77 + cost);
+    // The dialog stays open; the next item goes behind the one just taken.
+    takeThroughDialog(skills, "Cookery");
+    QCOMPARE(rowNames(skills).mid(2, 2), (QStringList{"Climbing", "Cookery"}));
+    skills->selectItemDialog()->reject();
+    QVERIFY(host_->transcript().empty());
+    QVERIFY(view()->sheet().changed());
+  }
+
+  void unmetRequirementsShowInTheWindowAndSatisfyAddsWhatIsMissing_data() {
+    QTest::addColumn<bool>("satisfy");
+    QTest::addColumn<QStringList>("rows");
+    QTest::newRow("cancelled") << false
+                               << QStringList{"Fenwalking", "Lorekeeping", "Spear", "Tracking",
+                                              "Bargaining"};
+    QTest::newRow("satisfied") << true << QStringList{"Fenwalking",  "Lorekeeping", "Spear",
+                                                      "Tracking",    "Bargaining",  "Bell Lore",
+                                                      "Bell-ringing"};
+  }
+
+  void unmetRequirementsShowInTheWindowAndSatisfyAddsWhatIsMissing() {
+    QFETCH(bool, satisfy);
+    QFETCH(QStringList, rows);
+    ListPanel* skills = listWindow("Skills");
+    select(skills, {4});
+    std::vector<RequirementRow> before;
+    std::vector<RequirementRow> after;
+    QString title;
+    whenModal([&](QWidget* modal) {
+      auto* window = qobject_cast<RequirementsWindow*>(modal);
+      QVERIFY(window);
+      title = window->windowTitle();
+      before = requirementRows(window);
+      if (!satisfy) {
+        window->reject();
+        return;
+      }
+      QTest::mouseClick(window->satisfyButton(), Qt::LeftButton);
+      after = requirementRows(window);
+      window->accept();
+    });
+    takeThroughDialog(skills, "Bell Lore");
+    if (skills->selectItemDialog()) skills->selectItemDialog()->reject();
+    QCOMPARE(title, QStringLiteral("Bell Lore"));
+    QCOMPARE(before.size(), std::size_t{1});
+    QVERIFY(before.front().text.contains("Bell-ringing"));
+    QVERIFY(!before.front().met);
+    if (satisfy) {
+      QCOMPARE(after.size(), std::size_t{1});
+      QVERIFY(after.front().met);
+    }
+    QCOMPARE(rowNames(skills), rows);
+  }
+
+  void showRequirementsGivesTheVerdictOfTheSelectedItem() {
+    ListPanel* rites = listWindow("Rites");
+    select(rites, {2});
+    QVERIFY(!rites->commandEnabled(kToolsShowRequirements));  // Ashes of Naming has none
+    takeThroughDialog(rites, "Hollow Sight");
+    rites->selectItemDialog()->reject();
+    QCOMPARE(names(rites->selectedItems()), QStringList{"Hollow Sight"});
+    frame_->updateCommandStates();
+    QVERIFY(frame_->commandAction(kToolsShowRequirements)->isEnabled());
+    std::vector<RequirementRow> shown;
+    whenModal([&](QWidget* modal) {
+      shown = requirementRows(modal);
+      qobject_cast<QDialog*>(modal)->accept();
+    });
+    frame_->runCommand(kToolsShowRequirements);
+    // "Skills:Lorekeeping>=2|Skills:Grave Lore>=2": Maren keeps lore at 3 and knows no graves.
+    QCOMPARE(shown.size(), std::size_t{3});
+    QVERIFY(shown[0].text.contains("Lorekeeping"));
+    QVERIFY(shown[0].met);
+    QCOMPARE(shown[1].text, QStringLiteral("--- OR ---"));
+    QVERIFY(shown[2].text.contains("Grave Lore"));
+    QVERIFY(!shown[2].met);
+  }
+
+  void threeDeletedItemsComeBackInTheirPlacesSelected() {
+    ListPanel* skills = listWindow("Skills");
+    QVERIFY(!frame_->commandAction(kEditUndo)->isEnabled());
+    select(skills, {0, 2, 4});  // Fenwalking 6, Spear 8, Bargaining 1
+    QVERIFY(frame_->commandAction(kEditClear)->isEnabled());
+    host_->addAnswer("Yes");  // "Delete the 3 selected items?"
+    frame_->runCommand(kEditClear);
+    QCOMPARE(rowNames(skills), (QStringList{"Lorekeeping", "Tracking"}));
+    QCOMPARE(skills->list().total, 10.0);
+    QCOMPARE(spent(), 62.0);
+    QCOMPARE(frame_->commandAction(kEditUndo)->text(), QStringLiteral("&Undo Delete"));
+    QVERIFY(frame_->commandAction(kEditUndo)->isEnabled());
+
+    frame_->runCommand(kEditUndo);
+    QCOMPARE(rowNames(skills),
+             (QStringList{"Fenwalking", "Lorekeeping", "Spear", "Tracking", "Bargaining"}));
+    QCOMPARE(names(skills->selectedItems()),
+             (QStringList{"Fenwalking", "Lorekeeping", "Spear", "Tracking", "Bargaining"}));
+    QCOMPARE(skills->list().total, 25.0);
+    QCOMPARE(spent(), 77.0);
+    QVERIFY(!frame_->commandAction(kEditUndo)->isEnabled());
+    QCOMPARE(frame_->commandAction(kEditUndo)->text(), QStringLiteral("&Undo"));
+  }
+
+  void multipleDeletionsAskUnderThePreference_data() {
+    QTest::addColumn<bool>("confirm");
+    QTest::addColumn<QString>("answer");
+    QTest::addColumn<int>("rowsLeft");
+    QTest::addColumn<int>("boxes");
+    QTest::newRow("confirmed") << true << "Yes" << 3 << 1;
+    QTest::newRow("refused") << true << "No" << 5 << 1;
+    QTest::newRow("not asked") << false << "" << 3 << 0;
+  }
+
+  void multipleDeletionsAskUnderThePreference() {
+    QFETCH(bool, confirm);
+    QFETCH(QString, answer);
+    QFETCH(int, rowsLeft);
+    QFETCH(int, boxes);
+    app_->confirmMultipleDeletions = confirm;
+    ListPanel* skills = listWindow("Skills");
+    select(skills, {1, 3});
+    if (!answer.isEmpty()) host_->addAnswer(answer.toStdString());
+    host_->clearTranscript();
+    skills->runCommand(kEditClear);
+    QCOMPARE(skills->model()->rowCount(), rowsLeft);
+    QCOMPARE(static_cast<int>(host_->transcript().size()), boxes);
+    if (boxes > 0)
+      QCOMPARE(QString::fromStdString(host_->transcript().front()),
+               QStringLiteral("[Confirm Deletion] Delete the 2 selected items?"));
+  }
+
+  void aNewLevelChangesTheCost_data() {
+    QTest::addColumn<int>("command");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("level");
+    QTest::addColumn<double>("cost");  // deep lore: the rank squared
+    QTest::newRow("Add 1") << kToolsAdd1 << ""
+                           << "4" << 16.0;
+    QTest::newRow("Subtract 1") << kToolsSubtract1 << ""
+                                << "2" << 4.0;
+    QTest::newRow("typed level") << kToolsModify << "5"
+                                 << "5" << 25.0;
+    QTest::newRow("entry cancelled") << kToolsModify << "Cancel"
+                                     << "3" << 9.0;
+  }
+
+  void aNewLevelChangesTheCost() {
+    QFETCH(int, command);
+    QFETCH(QString, typed);
+    QFETCH(QString, level);
+    QFETCH(double, cost);
+    ListPanel* skills = listWindow("Skills");
+    select(skills, {1});  // Lorekeeping 3, 9 Marks
+    if (!typed.isEmpty()) host_->addAnswer(typed.toStdString());
+    frame_->runCommand(command);
+    zv::Item* lore = skills->caretItem();
+    QCOMPARE(fromSystemText(lore->name), QStringLiteral("Lorekeeping"));
+    QCOMPARE(fromSystemText(zv::valueToText(lore->value)), level);
+    QCOMPARE(lore->totalCost, cost);
+    QCOMPARE(skills->list().total, 25 - 9 + cost);
+    QCOMPARE(spent(), 77 - 9 + cost);
+  }
+
+  void keysOfTheListWindow() {
+    ListPanel* skills = listWindow("Skills");
+    QWidget* rows = skills->rowsView();
+    select(skills, {4});  // Bargaining 1
+    QTest::keyClick(rows, Qt::Key_Up, Qt::ControlModifier | Qt::ShiftModifier);
+    QCOMPARE(fromSystemText(zv::valueToText(skills->caretItem()->value)), QStringLiteral("6"));
+    QTest::keyClick(rows, Qt::Key_Down, Qt::ControlModifier);
+    QCOMPARE(fromSystemText(zv::valueToText(skills->caretItem()->value)), QStringLiteral("5"));
+    QVERIFY(host_->transcript().empty());
+    select(skills, {1});
+    frame_->runCommand(kToolsMoveDown);
+    QCOMPARE(rowNames(skills).mid(1, 2), (QStringList{"Spear", "Lorekeeping"}));
+    QCOMPARE(names(skills->selectedItems()), QStringList{"Lorekeeping"});
+    QTest::keyClick(rows, Qt::Key_Delete);
+    QCOMPARE(rowNames(skills), (QStringList{"Fenwalking", "Spear", "Tracking", "Bargaining"}));
+    QTest::keyClick(rows, Qt::Key_Insert);
+    QVERIFY(skills->selectItemDialog());
+    skills->selectItemDialog()->reject();
+  }
+
+  void menuStateFollowsTheListAndItsRows_data() {
+    QTest::addColumn<int>("command");
+    QTest::addColumn<int>("maxItems");
+    QTest::addColumn<int>("selected");
+    QTest::addColumn<bool>("enabled");
+    QTest::newRow("Select Item below the maximum") << kToolsSelectItem << 3 << 0 << true;
+    QTest::newRow("Select Item at the maximum") << kToolsSelectItem << 2 << 0 << false;
+    QTest::newRow("Master List at the maximum") << kToolsSelectFromMasterList << 2 << 0 << false;
+    QTest::newRow("Delete without a row") << kToolsDeleteItem << 0 << 0 << false;
+    QTest::newRow("Delete two rows") << kEditClear << 0 << 2 << true;
+    QTest::newRow("Move Up two rows") << kToolsMoveUp << 0 << 2 << false;
+    QTest::newRow("Move Up one row") << kToolsMoveUp << 0 << 1 << true;
+    QTest::newRow("Add 1 one item") << kToolsAdd1 << 0 << 1 << true;
+    QTest::newRow("Show Requirements without any") << kToolsShowRequirements << 0 << 1 << false;
+  }
+
+  void menuStateFollowsTheListAndItsRows() {
+    QFETCH(int, command);
+    QFETCH(int, maxItems);
+    QFETCH(int, selected);
+    QFETCH(bool, enabled);
+    zv::ListInfo list;
+    list.maxItems = maxItems;
+    std::vector<zv::Item*> rows;
+    for (int i = 0; i < 2; ++i) {
+      list.items.push_back(std::make_unique<zv::Item>());
+      rows.push_back(list.items.back().get());
+    }
+    rows.resize(static_cast<std::size_t>(selected));
+    QCOMPARE(listCommandEnabled(command, list, rows, 2), enabled);
+  }
+};
+
+QTEST_MAIN(ListEditingTest)
+#include "list_editing_test.moc"
