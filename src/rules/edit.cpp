@@ -132,19 +132,31 @@ EditResult changeItemLevel(FileInfo& sheet, Item& item, std::string_view levelTe
   if (guard.busy()) return EditResult::Busy;
   const std::string text(levelText);
   const std::string oldLevel = item.level;
-  if (rulePreferences().checkReq && !item.useDefault() && !text.empty()) {
+  // A level the user gives takes the item off its default; a refused one puts it back.
+  const bool wasAtDefault = item.useDefault();
+  item.setUseDefault(false);
+  auto giveBack = [&](EditResult result) {
+    item.setUseDefault(wasAtDefault);
+    return result;
+  };
+  if (rulePreferences().checkReq && !text.empty()) {
     std::string optionMessage;
     const int verdict = checkLevel(item, text, optionMessage);
-    if (verdict < 0) return EditResult::Failed;
+    if (verdict < 0) return giveBack(EditResult::Failed);
     if (verdict == 0 &&
         !passBadValue({refusalTitle(item), levelRefusalText(item, text, optionMessage)})) {
-      return EditResult::Refused;
+      return giveBack(EditResult::Refused);
     }
   }
   std::vector<FailedCheck> failed;
-  if (!assignLevel(sheet, item, text, failed)) return EditResult::Failed;
+  if (!assignLevel(sheet, item, text, failed)) {
+    giveBack(EditResult::Failed);
+    assignLevel(sheet, item, oldLevel, failed);
+    return EditResult::Failed;
+  }
   if (std::optional<BadValue> problem = problemAfterChange(sheet, item, failed)) {
     if (!passBadValue(*problem)) {
+      giveBack(EditResult::Refused);
       assignLevel(sheet, item, oldLevel, failed);
       return EditResult::Refused;
     }

@@ -57,7 +57,8 @@ bool passBadValue(const BadValue& bad);
 /// Changes an item's level to `levelText`: with CheckReq the level is checked first, then it is
 /// assigned (setItemLevel) with propagation to everything that depends on it, parent sublists
 /// and list totals, and the views are told. A dependant whose check now fails, or unmet
-/// requirements, pass the preferences too; refused, the old level is put back.
+/// requirements, pass the preferences too; refused, the old level is put back. An item at its
+/// default leaves it for the level given (and returns to it when the level is refused).
 EditResult changeItemLevel(FileInfo& sheet, Item& item, std::string_view levelText);
 
 /// Assigns the item again after something its cost follows changed (its options, its cost

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 
 #include "core/game_systems.h"
 #include "core/headless_host.h"
@@ -166,6 +167,39 @@ TEST_F(SelectBuild, AWardenFromTheTemplate) {
                                     "[Bell Lore] [x] Bell-ringing>=2",
                                     "[Call the Drowned Bell] [ ] Skills: Bell-ringing>=3",
                                 }));
+}
+
+TEST_F(SelectBuild, AStepOrATypedLevelTakesAnItemOffItsDefault) {
+  sheet_ = openSheetFile((kData / "characters" / "Maren Vell.chr").string(), context_);
+  ASSERT_TRUE(sheet_);
+  ASSERT_NE(take("Skills", "Hiding"), nullptr);
+  Item* hiding = findItemInList(list("Skills"), "Hiding");
+  ASSERT_NE(hiding, nullptr);
+  // Hiding defaults to Wits - 10 (Wits 12) for 1 Mark; off its default it costs 2 a rank.
+  struct Step {
+    const char* what;
+    std::function<EditResult()> edit;
+    int level;
+    double cost;
+    bool atDefault;
+  };
+  const Step steps[] = {
+      {"taken", [] { return EditResult::Changed; }, 2, 1, true},
+      {"Add 1", [&] { return stepItemLevel(*sheet_, *hiding, 1); }, 3, 6, false},
+      {"Add 1", [&] { return stepItemLevel(*sheet_, *hiding, 1); }, 4, 8, false},
+      {"typed 7, past MaxRank", [&] { return changeItemLevel(*sheet_, *hiding, "7"); }, 4, 8,
+       false},
+      {"Subtract 1", [&] { return stepItemLevel(*sheet_, *hiding, -1); }, 3, 6, false},
+  };
+  host_.addAnswer("Cancel");  // the refusal of rank 7
+  const double othersTotal = list("Skills").total - 1;
+  for (const Step& step : steps) {
+    step.edit();
+    EXPECT_EQ(hiding->value.isInteger() ? hiding->value.integer() : -1, step.level) << step.what;
+    EXPECT_EQ(hiding->totalCost, step.cost) << step.what;
+    EXPECT_EQ(hiding->useDefault(), step.atDefault) << step.what;
+    EXPECT_EQ(list("Skills").total, othersTotal + step.cost) << step.what;
+  }
 }
 
 }  // namespace
