@@ -1,8 +1,10 @@
 #include "ui/select_item_dialog.h"
 
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -124,6 +126,9 @@ SelectItemDialog::SelectItemDialog(std::unique_ptr<ItemSelection> selection, Car
   connect(search_, &QLineEdit::textEdited, this, [this] { find(true); });
 
   fillRows();
+  // Typing goes to the search field at once; the arrow keys there still move through the rows.
+  search_->installEventFilter(this);
+  search_->setFocus();
   resize(360, 420);
   if (rect_ != nullptr && rect_->has_value()) placeWindow(*this, *rect_, availableScreenArea());
 }
@@ -177,8 +182,30 @@ bool SelectItemDialog::takeCurrent() {
   TakeOutcome outcome = takeItem(*selection_, static_cast<std::size_t>(row), placeBehindCursor());
   if (outcome.result != TakeResult::Taken) return false;
   if (taken_) taken_(outcome.placed);
-  if (outcome.close) accept();
+  if (outcome.close) {
+    accept();
+    return true;
+  }
+  // Ready for the next name.
+  search_->setFocus();
+  search_->selectAll();
   return true;
+}
+
+bool SelectItemDialog::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == search_ && event->type() == QEvent::KeyPress) {
+    switch (static_cast<QKeyEvent*>(event)->key()) {
+      case Qt::Key_Up:
+      case Qt::Key_Down:
+      case Qt::Key_PageUp:
+      case Qt::Key_PageDown:
+        QCoreApplication::sendEvent(rows_, event);
+        return true;
+      default:
+        break;
+    }
+  }
+  return QDialog::eventFilter(watched, event);
 }
 
 void SelectItemDialog::done(int result) {

@@ -43,6 +43,8 @@ class SelectItemDialog : public QDialog {
 
  protected:
   void done(int result) override;
+  /// The search field passes the keys that move through rows on to the rows.
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void fillRows();
