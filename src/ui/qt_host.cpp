@@ -124,7 +124,7 @@ bool InterruptWatcher::takeRequest() {
 }
 
 bool InterruptWatcher::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::KeyPress) {
+  if (armed_ && event->type() == QEvent::KeyPress) {
     const auto* key = static_cast<const QKeyEvent*>(event);
     bool control = key->modifiers().testFlag(Qt::ControlModifier);
     if (key->key() == Qt::Key_Escape || key->key() == Qt::Key_Cancel ||
@@ -336,7 +336,9 @@ void QtHost::progressEnd() {
 }
 
 void QtHost::pump() {
+  watcher_.setArmed(true);
   QCoreApplication::processEvents();
+  watcher_.setArmed(false);
   sinceLastPump_.restart();
 }
 

@@ -26,10 +26,14 @@ class InterruptWatcher : public QObject {
   /// True when an interrupt key was pressed since the last call (or the last clear()).
   bool takeRequest();
   void clear() { requested_ = false; }
+  /// Keys count only while armed: while the host pumps events in the middle of long work, not
+  /// when the ordinary event loop delivers them (an Esc that closes a dialog stops nothing).
+  void setArmed(bool armed) { armed_ = armed; }
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   bool requested_ = false;
+  bool armed_ = false;
 };
 
 class QtHost : public Host {

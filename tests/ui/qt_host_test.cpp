@@ -309,10 +309,20 @@ class QtHostTest : public QObject {
     QWidget target;
     target.show();
     QVERIFY(!host_.interruptRequested());
-    QKeyEvent press(QEvent::KeyPress, key, Qt::KeyboardModifiers(modifiers));
-    QApplication::sendEvent(&target, &press);
+    // A key that arrives while long work pumps the events: Qt owns the posted event.
+    QCoreApplication::postEvent(
+        &target, new QKeyEvent(QEvent::KeyPress, key, Qt::KeyboardModifiers(modifiers)));
+    host_.pump();
     QCOMPARE(host_.interruptRequested(), interrupts);
     QVERIFY(!host_.interruptRequested());  // taken by the poll
+  }
+
+  void anEscOfTheOrdinaryEventLoopStopsNoLaterWork() {
+    QWidget target;
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QApplication::sendEvent(&target, &press);
+    host_.pump();
+    QVERIFY(!host_.interruptRequested());
   }
 
   void keyBeforeLongWorkDoesNotInterrupt() {
