@@ -497,6 +497,11 @@ void ListPanel::doubleClickAt(QPoint point) {
 }
 
 bool ListPanel::eventFilter(QObject* watched, QEvent* event) {
+  // A click below the rows leaves no caret, so that Select Item adds at the end of the list.
+  if (watched == rows_->viewport() && event->type() == QEvent::MouseButtonPress &&
+      !rows_->indexAt(static_cast<QMouseEvent*>(event)->position().toPoint()).isValid()) {
+    rows_->selectionModel()->clear();
+  }
   if (watched == rows_->viewport() && event->type() == QEvent::MouseButtonDblClick) {
     doubleClickAt(static_cast<QMouseEvent*>(event)->position().toPoint());
     return true;

@@ -193,6 +193,18 @@ class ListEditingTest : public QObject {
     QVERIFY(view()->sheet().changed());
   }
 
+  void aClickBelowTheRowsAddsAtTheEnd() {
+    ListPanel* skills = listWindow("Skills");
+    QVERIFY(skills);
+    select(skills, {1});
+    QWidget* viewport = skills->rowsView()->viewport();
+    QTest::mouseClick(viewport, Qt::LeftButton, {}, QPoint(10, viewport->height() - 5));
+    QCOMPARE(skills->caretItem(), nullptr);
+    takeThroughDialog(skills, "Climbing");
+    QCOMPARE(rowNames(skills).back(), QStringLiteral("Climbing"));
+    skills->selectItemDialog()->reject();
+  }
+
   void unmetRequirementsShowInTheWindowAndSatisfyAddsWhatIsMissing_data() {
     QTest::addColumn<bool>("satisfy");
     QTest::addColumn<QStringList>("rows");
