@@ -1,7 +1,13 @@
 #include "ui/list_panel.h"
 
+#include <QContextMenuEvent>
+
+#include <QMenu>
+
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -496,7 +502,33 @@ void ListPanel::doubleClickAt(QPoint point) {
   runCommand(kToolsOpenCloseSublist);
 }
 
+std::unique_ptr<QMenu> ListPanel::commandsPopup() {
+  auto popup = std::make_unique<QMenu>();
+  popup->setObjectName("listTools");
+  for (const MenuEntry& entry : toolsMenu()) {
+    if (entry.command == 0) {
+      popup->addSeparator();
+      continue;
+    }
+    if (!isListCommand(entry.command)) continue;
+    QAction* action = popup->addAction(fromSystemText(entry.text));
+    action->setData(entry.command);
+    action->setEnabled(commandEnabled(entry.command));
+  }
+  return popup;
+}
+
 bool ListPanel::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == rows_->viewport() && event->type() == QEvent::ContextMenu) {
+    auto* menuEvent = static_cast<QContextMenuEvent*>(event);
+    // The row under the pointer becomes the selection unless it is already part of it.
+    QModelIndex index = rows_->indexAt(menuEvent->pos());
+    if (index.isValid() && !rows_->selectionModel()->isSelected(index))
+      selectRows(index.row(), index.row());
+    std::unique_ptr<QMenu> popup = commandsPopup();
+    if (QAction* chosen = popup->exec(menuEvent->globalPos())) runCommand(chosen->data().toInt());
+    return true;
+  }
   // A click below the rows leaves no caret, so that Select Item adds at the end of the list.
   if (watched == rows_->viewport() && event->type() == QEvent::MouseButtonPress &&
       !rows_->indexAt(static_cast<QMouseEvent*>(event)->position().toPoint()).isValid()) {

@@ -10,11 +10,14 @@
 #include <QPointer>
 #include <QStyledItemDelegate>
 #include <QWidget>
+#include <memory>
 #include <vector>
 
 #include "core/list_info.h"
 #include "ui/list_rows.h"
 #include "ui/select_item_dialog.h"
+
+class QMenu;
 
 namespace zv::ui {
 
@@ -77,6 +80,9 @@ class ListPanel : public QWidget {
   void selectRows(int first, int last);
   /// Makes an item the only selected row, with the caret on it.
   void selectItem(const Item* item);
+  /// The pop-up of the list's commands (the right button's menu): the list entries of the Tools
+  /// menu, each enabled as the menus would enable it for the rows selected now.
+  std::unique_ptr<QMenu> commandsPopup();
   /// The Select Item dialog while it is open.
   SelectItemDialog* selectItemDialog() const { return selectDialog_; }
 

@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -376,6 +377,25 @@ class ListEditingTest : public QObject {
     QTest::keyClick(rows, Qt::Key_Insert);
     QVERIFY(skills->selectItemDialog());
     skills->selectItemDialog()->reject();
+  }
+
+  void theRightButtonsMenuOffersTheListsCommandsForTheSelection() {
+    ListPanel* skills = listWindow("Skills");
+    QVERIFY(skills);
+    auto enabledTexts = [&] {
+      QStringList texts;
+      const std::unique_ptr<QMenu> popup = skills->commandsPopup();
+      for (QAction* action : popup->actions())
+        if (!action->isSeparator() && action->isEnabled()) texts << action->text();
+      return texts;
+    };
+    select(skills, {1, 2});
+    QCOMPARE(enabledTexts(),
+             (QStringList{"&Select Item...", "Select from &Master List...", "&Delete Item"}));
+    select(skills, {1});
+    QStringList one = enabledTexts();
+    QVERIFY(one.contains("Add &1") && one.contains("Move &Up") && one.contains("&Modify..."));
+    QVERIFY(!one.contains("&Check Requirements..."));  // a command of the sheet, not the list
   }
 
   void menuStateFollowsTheListAndItsRows_data() {
