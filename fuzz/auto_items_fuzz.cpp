@@ -48,9 +48,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       (void)zv::parseAutoItemRef(element.text);
     } else if (element.hasArgument) {
       std::string error;
-      if (auto spec = zv::parseChooseArgument(element.argument, error)) {
-        (void)zv::chooseCountText(spec->minimum, spec->maximum);
-        for (const zv::AutoItemRef& ref : spec->elements)
+      if (auto choice = zv::parseChooseArgument(element.argument, error)) {
+        (void)zv::chooseCountText(choice->minimum, choice->maximum);
+        for (const zv::AutoItemRef& ref : choice->elements)
           (void)zv::matchesChoosePattern(ref.name, "Rope");
       }
     }

@@ -80,15 +80,15 @@ std::string candidateRow(FileInfo& sheet, const Candidate& candidate, ChooseMode
 
 AutoStep AutoRun::choose(std::string_view argument, ChooseMode mode) {
   std::string error;
-  std::optional<ChooseSpec> spec = parseChooseArgument(argument, error);
-  if (!spec) {
+  std::optional<ChooseArgument> choice = parseChooseArgument(argument, error);
+  if (!choice) {
     showError(error);
     return AutoStep::Fail;
   }
   // ?selexp filters the patterns of this choice only.
   const std::string selectExpression = std::exchange(state.selectExpression, std::string());
   std::vector<Candidate> candidates;
-  for (const AutoItemRef& element : spec->elements) {
+  for (const AutoItemRef& element : choice->elements) {
     const std::string categoryName = element.hasCategory ? element.category : defaultCategoryName();
     if (!element.name.empty() && element.name.front() == '*') {
       Category* found = category(categoryName);
@@ -112,8 +112,8 @@ AutoStep AutoRun::choose(std::string_view argument, ChooseMode mode) {
   }
   if (candidates.empty()) return AutoStep::Go;
 
-  const int minimum = spec->minimum;
-  const int maximum = spec->maximum;
+  const int minimum = choice->minimum;
+  const int maximum = choice->maximum;
   const int count = static_cast<int>(candidates.size());
   std::vector<std::size_t> chosen;
   if (count == minimum && count == maximum) {
@@ -121,7 +121,7 @@ AutoStep AutoRun::choose(std::string_view argument, ChooseMode mode) {
       chosen.push_back(i);
   } else {
     ChoiceRequest request;
-    request.title = spec->title;
+    request.title = choice->title;
     request.prompt = chooseCountText(minimum, maximum);
     request.multiple = maximum != 1;
     request.minimum = minimum;
@@ -142,7 +142,7 @@ AutoStep AutoRun::choose(std::string_view argument, ChooseMode mode) {
       const std::string& initial =
           candidate.ref.hasLevel ? candidate.ref.level : candidate.master->level;
       std::optional<std::string> level =
-          host().enterValue(spec->title, candidate.master->name, initial);
+          host().enterValue(choice->title, candidate.master->name, initial);
       if (!level) return AutoStep::Cancel;
       candidate.ref.level = trim(*level);
       candidate.ref.hasLevel = !candidate.ref.level.empty();

@@ -162,11 +162,11 @@ bool readCount(std::string_view& text, int& out) {
 
 }  // namespace
 
-std::optional<ChooseSpec> parseChooseArgument(std::string_view argument, std::string& error) {
-  ChooseSpec spec;
+std::optional<ChooseArgument> parseChooseArgument(std::string_view argument, std::string& error) {
+  ChooseArgument choice;
   const std::size_t comma = argument.find(',');
-  spec.title = trim(argument.substr(0, comma));
-  if (comma == std::string_view::npos || spec.title.empty()) {
+  choice.title = trim(argument.substr(0, comma));
+  if (comma == std::string_view::npos || choice.title.empty()) {
     error = "Title missing after ?choose.";
     return std::nullopt;
   }
@@ -187,14 +187,14 @@ std::optional<ChooseSpec> parseChooseArgument(std::string_view argument, std::st
       return std::nullopt;
     }
     rest.remove_prefix(1);
-    spec.minimum = minimum;
-    spec.maximum = maximum;
+    choice.minimum = minimum;
+    choice.maximum = maximum;
   }
   for (const std::string& piece : split(rest, ',')) {
     if (trim(piece).empty()) continue;
-    spec.elements.push_back(parseAutoItemRef(piece));
+    choice.elements.push_back(parseAutoItemRef(piece));
   }
-  return spec;
+  return choice;
 }
 
 std::string chooseCountText(int minimum, int maximum) {

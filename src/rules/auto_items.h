@@ -51,7 +51,7 @@ AutoItemRef parseAutoItemRef(std::string_view text);
 /// The argument of ?choose: "title,count,element,element,...", where count is "n" or "min-max"
 /// (a maximum of 0: no upper bound) and may be left out (1 and 1). An element is an item
 /// reference, or a pattern beginning "*" (with "=level" behind it).
-struct ChooseSpec {
+struct ChooseArgument {
   std::string title;
   int minimum = 1;
   int maximum = 1;
@@ -59,7 +59,7 @@ struct ChooseSpec {
 };
 /// The choice, or nullopt with `error` holding "Title missing after ?choose." or "Missing comma
 /// after item count in ?choose.".
-std::optional<ChooseSpec> parseChooseArgument(std::string_view argument, std::string& error);
+std::optional<ChooseArgument> parseChooseArgument(std::string_view argument, std::string& error);
 
 /// The sentence that tells how many items to choose, followed by "Click an item in the list to
 /// choose it.".

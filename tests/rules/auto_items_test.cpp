@@ -67,13 +67,13 @@ TEST(AutoItemsText, ChooseArgumentsAndTheirFaults) {
   for (const ChooseCase& c : cases) {
     SCOPED_TRACE(c.argument);
     std::string error;
-    std::optional<ChooseSpec> spec = parseChooseArgument(c.argument, error);
+    std::optional<ChooseArgument> choice = parseChooseArgument(c.argument, error);
     EXPECT_EQ(error, c.error);
-    if (!spec) continue;
-    EXPECT_EQ(spec->title, "Pick");
-    EXPECT_EQ(spec->minimum, c.minimum);
-    EXPECT_EQ(spec->maximum, c.maximum);
-    EXPECT_EQ(spec->elements.size(), c.elements);
+    if (!choice) continue;
+    EXPECT_EQ(choice->title, "Pick");
+    EXPECT_EQ(choice->minimum, c.minimum);
+    EXPECT_EQ(choice->maximum, c.maximum);
+    EXPECT_EQ(choice->elements.size(), c.elements);
   }
 }
 

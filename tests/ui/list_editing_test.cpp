@@ -2,28 +2,18 @@
 // Select Item dialog's widgets, deleted and brought back by Undo, stepped and typed to another
 // level, and the requirements window with its verdicts; the menus follow the selection.
 
-// Before any Qt header: HeadlessHost has a member that Qt's "emit" macro would rewrite.
-#include "core/headless_host.h"
+#include "sheet_frame.h"
 
 #include <QAction>
-#include <QLabel>
-#include <QLineEdit>
 #include <QListWidget>
-#include <QMdiSubWindow>
 #include <QMenu>
 #include <QPushButton>
-#include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <optional>
 
-#include "core/app_settings.h"
-#include "core/game_systems.h"
-#include "core/settings.h"
-#include "formats/data_sheet_loader.h"
 #include "ui/command_table.h"
 #include "ui/dialog_window.h"
 #include "ui/list_commands.h"
@@ -34,7 +24,6 @@
 #include "ui/sheet_view.h"
 #include "ui/text_codec.h"
 
-namespace fs = std::filesystem;
 using namespace zv::ui;
 
 namespace {
@@ -84,30 +73,12 @@ std::vector<RequirementRow> requirementRows(QWidget* window) {
 class ListEditingTest : public QObject {
   Q_OBJECT
 
-  std::optional<QTemporaryDir> dir_;
-  std::optional<zv::Settings> settings_;
-  std::optional<zv::AppSettings> app_;
-  std::optional<zv::HeadlessHost> host_;
-  std::optional<zv::HostInstallation> installed_;
-  std::optional<MainFrame> frame_;
+  std::optional<zv::testing::SheetFrame> sample_;
 
-  SheetView* view() { return frame_->activeSheet(); }
-  QString fieldText(const char* name) {
-    QWidget* control = view()->dialogWindow(0)->controlFor(name);
-    if (auto* label = qobject_cast<QLabel*>(control)) return label->text();
-    if (auto* line = qobject_cast<QLineEdit*>(control)) return line->text();
-    return "<none>";
-  }
+  SheetView* view() { return sample_->view(); }
+  QString fieldText(const char* name) { return sample_->fieldText(name); }
   double spent() { return fieldText("Spent").toDouble(); }
-  ListPanel* listWindow(const char* name) {
-    const auto& lists = view()->sheet().lists;
-    for (std::size_t i = 0; i < lists.size(); ++i) {
-      if (lists[i]->name.str() != name) continue;
-      QMdiSubWindow* window = view()->openWindow(SheetWindowKind::List, static_cast<int>(i));
-      return window ? qobject_cast<ListPanel*>(window->widget()) : nullptr;
-    }
-    return nullptr;
-  }
+  ListPanel* listWindow(const char* name) { return sample_->listWindow(name); }
   // Selects rows as a user's clicks would, and lets the frame see the selection.
   void select(ListPanel* panel, std::initializer_list<int> rows) {
     auto* selection = panel->rowsView()->selectionModel();
@@ -115,7 +86,7 @@ class ListEditingTest : public QObject {
     for (int row : rows) {
       selection->setCurrentIndex(panel->model()->index(row), QItemSelectionModel::Select);
     }
-    frame_->updateCommandStates();
+    sample_->frame().updateCommandStates();
   }
   // Takes the item named `name` through the open Select Item dialog's widgets.
   void takeThroughDialog(ListPanel* panel, const QString& name) {
@@ -133,35 +104,11 @@ class ListEditingTest : public QObject {
 
  private slots:
   void init() {
-    dir_.emplace();
-    QVERIFY(dir_->isValid());
-    fs::path base(dir_->path().toStdString());
-    const fs::path data(ZV_SAMPLE_DATA_DIR);
-    {
-      std::ofstream ini(base / "settings.ini");
-      ini << "[zarvel]\nSource Directory=" << data.string() << "\n";
-    }
-    settings_.emplace(zv::Settings::fromFile(base / "settings.ini"));
-    app_.emplace(zv::AppSettings::load(*settings_, base));
-    zv::dataSheetEnvironment().dataDir = data;
-    host_.emplace(nullptr);
-    installed_.emplace(*host_);
-    frame_.emplace(*settings_, *app_);
-    frame_->show();
-    QApplication::setActiveWindow(&*frame_);
-    const fs::path sheet = base / "Maren Vell.chr";
-    fs::copy_file(data / "characters" / "Maren Vell.chr", sheet);
-    QVERIFY(frame_->openFile(sheet.string()));
-    QVERIFY(view());
+    sample_.emplace();
+    QVERIFY(sample_->openSample());
   }
 
-  void cleanup() {
-    frame_.reset();
-    installed_.reset();
-    host_.reset();
-    zv::clearGameSystems();
-    dir_.reset();
-  }
+  void cleanup() { sample_.reset(); }
 
   void anItemTakenThroughTheDialogJoinsTheListAtTheCaret() {
     ListPanel* skills = listWindow("Skills");
@@ -190,7 +137,7 @@ class ListEditingTest : public QObject {
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     QCOMPARE(rowNames(skills).mid(2, 2), (QStringList{"Climbing", below}));
     skills->selectItemDialog()->reject();
-    QVERIFY(host_->transcript().empty());
+    QVERIFY(sample_->host().transcript().empty());
     QVERIFY(view()->sheet().changed());
   }
 
@@ -258,14 +205,14 @@ class ListEditingTest : public QObject {
     takeThroughDialog(rites, "Hollow Sight");
     rites->selectItemDialog()->reject();
     QCOMPARE(names(rites->selectedItems()), QStringList{"Hollow Sight"});
-    frame_->updateCommandStates();
-    QVERIFY(frame_->commandAction(kToolsShowRequirements)->isEnabled());
+    sample_->frame().updateCommandStates();
+    QVERIFY(sample_->frame().commandAction(kToolsShowRequirements)->isEnabled());
     std::vector<RequirementRow> shown;
     whenModal([&](QWidget* modal) {
       shown = requirementRows(modal);
       qobject_cast<QDialog*>(modal)->accept();
     });
-    frame_->runCommand(kToolsShowRequirements);
+    sample_->frame().runCommand(kToolsShowRequirements);
     // "Skills:Lorekeeping>=2|Skills:Grave Lore>=2": Maren keeps lore at 3 and knows no graves.
     QCOMPARE(shown.size(), std::size_t{3});
     QVERIFY(shown[0].text.contains("Lorekeeping"));
@@ -277,26 +224,26 @@ class ListEditingTest : public QObject {
 
   void threeDeletedItemsComeBackInTheirPlacesSelected() {
     ListPanel* skills = listWindow("Skills");
-    QVERIFY(!frame_->commandAction(kEditUndo)->isEnabled());
+    QVERIFY(!sample_->frame().commandAction(kEditUndo)->isEnabled());
     select(skills, {0, 2, 4});  // Fenwalking 6, Spear 8, Bargaining 1
-    QVERIFY(frame_->commandAction(kEditClear)->isEnabled());
-    host_->addAnswer("Yes");  // "Delete the 3 selected items?"
-    frame_->runCommand(kEditClear);
+    QVERIFY(sample_->frame().commandAction(kEditClear)->isEnabled());
+    sample_->host().addAnswer("Yes");  // "Delete the 3 selected items?"
+    sample_->frame().runCommand(kEditClear);
     QCOMPARE(rowNames(skills), (QStringList{"Lorekeeping", "Tracking"}));
     QCOMPARE(skills->list().total, 10.0);
     QCOMPARE(spent(), 62.0);
-    QCOMPARE(frame_->commandAction(kEditUndo)->text(), QStringLiteral("&Undo Delete"));
-    QVERIFY(frame_->commandAction(kEditUndo)->isEnabled());
+    QCOMPARE(sample_->frame().commandAction(kEditUndo)->text(), QStringLiteral("&Undo Delete"));
+    QVERIFY(sample_->frame().commandAction(kEditUndo)->isEnabled());
 
-    frame_->runCommand(kEditUndo);
+    sample_->frame().runCommand(kEditUndo);
     QCOMPARE(rowNames(skills),
              (QStringList{"Fenwalking", "Lorekeeping", "Spear", "Tracking", "Bargaining"}));
     QCOMPARE(names(skills->selectedItems()),
              (QStringList{"Fenwalking", "Lorekeeping", "Spear", "Tracking", "Bargaining"}));
     QCOMPARE(skills->list().total, 25.0);
     QCOMPARE(spent(), 77.0);
-    QVERIFY(!frame_->commandAction(kEditUndo)->isEnabled());
-    QCOMPARE(frame_->commandAction(kEditUndo)->text(), QStringLiteral("&Undo"));
+    QVERIFY(!sample_->frame().commandAction(kEditUndo)->isEnabled());
+    QCOMPARE(sample_->frame().commandAction(kEditUndo)->text(), QStringLiteral("&Undo"));
   }
 
   void multipleDeletionsAskUnderThePreference_data() {
@@ -314,16 +261,16 @@ class ListEditingTest : public QObject {
     QFETCH(QString, answer);
     QFETCH(int, rowsLeft);
     QFETCH(int, boxes);
-    app_->confirmMultipleDeletions = confirm;
+    sample_->appSettings().confirmMultipleDeletions = confirm;
     ListPanel* skills = listWindow("Skills");
     select(skills, {1, 3});
-    if (!answer.isEmpty()) host_->addAnswer(answer.toStdString());
-    host_->clearTranscript();
+    if (!answer.isEmpty()) sample_->host().addAnswer(answer.toStdString());
+    sample_->host().clearTranscript();
     skills->runCommand(kEditClear);
     QCOMPARE(skills->model()->rowCount(), rowsLeft);
-    QCOMPARE(static_cast<int>(host_->transcript().size()), boxes);
+    QCOMPARE(static_cast<int>(sample_->host().transcript().size()), boxes);
     if (boxes > 0)
-      QCOMPARE(QString::fromStdString(host_->transcript().front()),
+      QCOMPARE(QString::fromStdString(sample_->host().transcript().front()),
                QStringLiteral("[Confirm Deletion] Delete the 2 selected items?"));
   }
 
@@ -349,8 +296,8 @@ class ListEditingTest : public QObject {
     QFETCH(double, cost);
     ListPanel* skills = listWindow("Skills");
     select(skills, {1});  // Lorekeeping 3, 9 Marks
-    if (!typed.isEmpty()) host_->addAnswer(typed.toStdString());
-    frame_->runCommand(command);
+    if (!typed.isEmpty()) sample_->host().addAnswer(typed.toStdString());
+    sample_->frame().runCommand(command);
     zv::Item* lore = skills->caretItem();
     QCOMPARE(fromSystemText(lore->name), QStringLiteral("Lorekeeping"));
     QCOMPARE(fromSystemText(zv::valueToText(lore->value)), level);
@@ -367,9 +314,9 @@ class ListEditingTest : public QObject {
     QCOMPARE(fromSystemText(zv::valueToText(skills->caretItem()->value)), QStringLiteral("6"));
     QTest::keyClick(rows, Qt::Key_Down, Qt::ControlModifier);
     QCOMPARE(fromSystemText(zv::valueToText(skills->caretItem()->value)), QStringLiteral("5"));
-    QVERIFY(host_->transcript().empty());
+    QVERIFY(sample_->host().transcript().empty());
     select(skills, {1});
-    frame_->runCommand(kToolsMoveDown);
+    sample_->frame().runCommand(kToolsMoveDown);
     QCOMPARE(rowNames(skills).mid(1, 2), (QStringList{"Spear", "Lorekeeping"}));
     QCOMPARE(names(skills->selectedItems()), QStringList{"Lorekeeping"});
     QTest::keyClick(rows, Qt::Key_Delete);

@@ -2,22 +2,14 @@
 // value that a formula field and list totals follow, a refused value, sublists that open and
 // close, the Data menu, Recalculate, and the question before a changed sheet closes.
 
-// Before any Qt header: HeadlessHost has a member that Qt's "emit" macro would rewrite.
-#include "core/headless_host.h"
+#include "sheet_frame.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMdiSubWindow>
-#include <QTemporaryDir>
 #include <QtTest>
 #include <filesystem>
-#include <fstream>
 #include <optional>
 
-#include "core/app_settings.h"
-#include "core/settings.h"
 #include "ui/dialog_window.h"
 #include "ui/list_panel.h"
 #include "ui/main_frame.h"
@@ -33,72 +25,23 @@ using zv::ui::SheetWindowKind;
 class SheetWindowsTest : public QObject {
   Q_OBJECT
 
-  std::optional<QTemporaryDir> dir_;
-  std::optional<zv::Settings> settings_;
-  std::optional<zv::AppSettings> app_;
-  std::optional<zv::HeadlessHost> host_;
-  std::optional<zv::HostInstallation> installed_;
-  std::optional<MainFrame> frame_;
-  std::string sheetPath_;
+  std::optional<zv::testing::SheetFrame> sheet_;
 
-  SheetView* view() { return frame_->activeSheet(); }
-  DialogWindow* mainDialog() { return view()->dialogWindow(0); }
-  QString fieldText(const char* name) {
-    QWidget* control = mainDialog()->controlFor(name);
-    if (auto* label = qobject_cast<QLabel*>(control)) return label->text();
-    if (auto* line = qobject_cast<QLineEdit*>(control)) return line->text();
-    return "<none>";
-  }
-  ListPanel* listWindow(int index) {
-    QMdiSubWindow* window = view()->openWindow(SheetWindowKind::List, index);
-    return window ? qobject_cast<ListPanel*>(window->widget()) : nullptr;
-  }
-  // Types a value into a field and moves the focus away, as the user does.
-  void type(const char* name, const QString& text) {
-    auto* edit = qobject_cast<QLineEdit*>(mainDialog()->controlFor(name));
-    QVERIFY(edit);
-    edit->setFocus();
-    QTRY_VERIFY(edit->hasFocus());
-    edit->selectAll();
-    QTest::keyClicks(edit, text);
-    mainDialog()->controlFor("HeroName")->setFocus();
-    QTRY_VERIFY(!edit->hasFocus());
-  }
-  QStringList transcript() const {
-    QStringList lines;
-    for (const std::string& line : host_->transcript())
-      lines << QString::fromStdString(line);
-    return lines;
-  }
+  SheetView* view() { return sheet_->view(); }
+  DialogWindow* mainDialog() { return sheet_->mainDialog(); }
+  QString fieldText(const char* name) { return sheet_->fieldText(name); }
+  ListPanel* listWindow(int index) { return sheet_->listWindow(index); }
+  void type(const char* name, const QString& text) { sheet_->type(name, text, "HeroName"); }
+  QStringList transcript() const { return sheet_->transcript(); }
 
  private slots:
   void init() {
-    dir_.emplace();
-    QVERIFY(dir_->isValid());
-    fs::path base(dir_->path().toStdString());
-    sheetPath_ = (base / "hearth.chr").string();
-    fs::copy_file(fs::path(ZV_TEST_DATA_DIR) / "sheets" / "hearth.chr", sheetPath_);
-    {
-      std::ofstream ini(base / "settings.ini");
-      ini << "[Preferences]\nMakeBackups=1\n";
-    }
-    settings_.emplace(zv::Settings::fromFile(base / "settings.ini"));
-    app_.emplace(zv::AppSettings::load(*settings_, base));
-    host_.emplace(nullptr);
-    installed_.emplace(*host_);
-    frame_.emplace(*settings_, *app_);
-    frame_->show();
-    QApplication::setActiveWindow(&*frame_);
-    QVERIFY(frame_->openFile(sheetPath_));
-    QVERIFY(view());
+    sheet_.emplace();
+    QVERIFY(sheet_->open(fs::path(ZV_TEST_DATA_DIR) / "sheets" / "hearth.chr",
+                         "[Preferences]\nMakeBackups=1\n"));
   }
 
-  void cleanup() {
-    frame_.reset();
-    installed_.reset();
-    host_.reset();
-    dir_.reset();
-  }
+  void cleanup() { sheet_.reset(); }
 
   void fieldsShowTheirVariables() {
     QCOMPARE(fieldText("HeroName"), QStringLiteral("Maren"));
@@ -147,7 +90,7 @@ class SheetWindowsTest : public QObject {
     QFETCH(QString, answer);
     QFETCH(QString, might);
     QFETCH(QString, power);
-    host_->addAnswer(answer.toStdString());
+    sheet_->host().addAnswer(answer.toStdString());
     type("Might", "20");
     QCOMPARE(transcript(), QStringList{"[Unacceptable Value] The value entered (20) is not in the "
                                        "acceptable range for Might."});
@@ -171,10 +114,10 @@ class SheetWindowsTest : public QObject {
 
   void dataMenuOpensTheWindows() {
     QStringList texts;
-    for (QAction* action : frame_->dataMenu()->actions())
+    for (QAction* action : sheet_->frame().dataMenu()->actions())
       texts << (action->isSeparator() ? QString("-") : action->text());
     QCOMPARE(texts, (QStringList{"&Hero", "&Extras", "-", "&Skills", "&Gear"}));
-    frame_->dataMenu()->actions().at(1)->trigger();
+    sheet_->frame().dataMenu()->actions().at(1)->trigger();
     DialogWindow* extras = view()->dialogWindow(1);
     QVERIFY(extras);
     auto* extra = qobject_cast<QLineEdit*>(extras->controlFor("Extra"));
@@ -184,7 +127,7 @@ class SheetWindowsTest : public QObject {
 
   void recalculateKeepsTheTotals() {
     ListPanel* skills = listWindow(0);
-    frame_->runCommand(zv::ui::kUtilitiesRecalculate);
+    sheet_->frame().runCommand(zv::ui::kUtilitiesRecalculate);
     QCOMPARE(skills->totalLineText(), QStringLiteral("Skill points 9"));
     QCOMPARE(fieldText("Power"), QStringLiteral("15"));
     QVERIFY(!view()->sheet().changed());
@@ -204,23 +147,23 @@ class SheetWindowsTest : public QObject {
     QFETCH(bool, closes);
     QFETCH(bool, saved);
     type("Might", "4");
-    host_->clearTranscript();
-    host_->addAnswer(answer.toStdString());
-    frame_->runCommand(zv::ui::kFileClose);
+    sheet_->host().clearTranscript();
+    sheet_->host().addAnswer(answer.toStdString());
+    sheet_->frame().runCommand(zv::ui::kFileClose);
     QCOMPARE(transcript(),
              QStringList{"[Message] File 'hearth.chr' has been changed.\\n\\nSave Changes?"});
     QCoreApplication::processEvents();
-    QCOMPARE(frame_->sheets().empty(), closes);
-    QCOMPARE(fs::exists(fs::path(sheetPath_).replace_extension(".bak")), saved);
+    QCOMPARE(sheet_->frame().sheets().empty(), closes);
+    QCOMPARE(fs::exists(fs::path(sheet_->sheetPath()).replace_extension(".bak")), saved);
     if (!closes) QCOMPARE(fieldText("Might"), QStringLiteral("4"));
   }
 
   void anUnchangedSheetClosesWithoutAQuestion() {
-    frame_->runCommand(zv::ui::kFileClose);
+    sheet_->frame().runCommand(zv::ui::kFileClose);
     QCoreApplication::processEvents();
-    QVERIFY(frame_->sheets().empty());
+    QVERIFY(sheet_->frame().sheets().empty());
     QVERIFY(transcript().isEmpty());
-    QCOMPARE(frame_->recentFiles().entries().front(), sheetPath_);
+    QCOMPARE(sheet_->frame().recentFiles().entries().front(), sheet_->sheetPath());
   }
 };
 
