@@ -3,7 +3,7 @@ SHELL := /bin/bash
 JOBS ?= 2
 FUZZ_SECONDS ?= 30
 
-.PHONY: all run test bench fuzz deps build-debug build-release build-fuzz format screenshot sample-data clean
+.PHONY: all run test bench fuzz fuzz-build deps build-debug build-release build-fuzz format screenshot sample-data clean
 
 all: build-release
 
@@ -33,10 +33,13 @@ test: build-debug
 bench: build-release
 	scripts/run-benchmarks build/release/bin
 
-fuzz:
+# Builds the fuzz targets (clang, libFuzzer) without running them.
+fuzz-build:
 	@scripts/install-deps fuzz
 	cmake --preset fuzz >/dev/null
 	cmake --build build/fuzz -j$(JOBS)
+
+fuzz: fuzz-build
 	scripts/run-fuzzers build/fuzz/bin $(FUZZ_SECONDS)
 
 # Compiles the sample game system's macro data sheets (data/*.mds) into its data sheets (.cds).

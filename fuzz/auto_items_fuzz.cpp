@@ -14,6 +14,8 @@
 #include "core/list_info.h"
 #include "core/option_tree.h"
 #include "core/random.h"
+#include "core/text.h"
+#include "core/text.h"
 #include "expr/symbols.h"
 #include "rules/auto_items.h"
 #include "rules/install.h"
@@ -51,7 +53,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       if (auto choice = zv::parseChooseArgument(element.argument, error)) {
         (void)zv::chooseCountText(choice->minimum, choice->maximum);
         for (const zv::AutoItemRef& ref : choice->elements)
-          (void)zv::matchesChoosePattern(ref.name, "Rope");
+          (void)zv::wildcardMatch(ref.name, "Rope");
       }
     }
   }
