@@ -20,13 +20,13 @@ class UndoingScope {
 }  // namespace
 
 void undoPush(FileInfo& fileInfo, int kind, WindowHandle window, std::unique_ptr<UndoAction> action,
-              long maxUndo) {
+              long maxUndo, std::optional<bool> wasChanged) {
   if (!action) return;
   UndoEntry entry;
   entry.kind = kind;
   entry.window = window;
   entry.action = std::move(action);
-  entry.wasChanged = fileInfo.changed();
+  entry.wasChanged = wasChanged.value_or(fileInfo.changed());
   fileInfo.undoStack.push(std::move(entry), static_cast<std::size_t>(std::max(0L, maxUndo)));
 }
 

@@ -4,6 +4,7 @@
 // process-wide `undoing` counter, and the action that groups several others.
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "core/fileinfo.h"
@@ -20,10 +21,11 @@ inline constexpr int kUndoFieldValue = 7;
 inline constexpr int kUndoGroup = 8;
 
 /// Appends an entry to the document's history, recording the document's changed flag as it is
-/// now, so call it before the edit marks the document changed. When the history already holds
-/// more than `maxUndo` entries the oldest is discarded first.
+/// now (so call it before the edit marks the document changed), or as `wasChanged` gives it for
+/// an edit recorded after it succeeded. When the history already holds more than `maxUndo`
+/// entries the oldest is discarded first.
 void undoPush(FileInfo& fileInfo, int kind, WindowHandle window, std::unique_ptr<UndoAction> action,
-              long maxUndo);
+              long maxUndo, std::optional<bool> wasChanged = std::nullopt);
 
 /// The Undo command: takes the newest entry back and restores the document's changed flag as
 /// it was before that edit. False when there was nothing to undo or the action failed.

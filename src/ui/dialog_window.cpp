@@ -7,6 +7,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMdiSubWindow>
 #include <QPainter>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -15,8 +16,10 @@
 #include "core/host.h"
 #include "core/messages.h"
 #include "core/text.h"
+#include "core/undo.h"
 #include "expr/compiler.h"
 #include "formats/keywords.h"
+#include "rules/list_undo.h"
 #include "ui/field_geometry.h"
 #include "ui/field_values.h"
 #include "ui/list_panel.h"
@@ -59,6 +62,7 @@ QString controlText(const QWidget* control) {
 
 void setControlText(QWidget* control, const QString& text) {
   if (auto* line = qobject_cast<QLineEdit*>(control)) {
+    if (line->text() == text) return;  // keeps the caret and the selection
     line->setText(text);
     line->setCursorPosition(0);
   } else if (auto* plain = qobject_cast<QPlainTextEdit*>(control)) {
@@ -355,16 +359,33 @@ void DialogWindow::commit(Field& field) {
   if (!field.modified || committing_) return;
   committing_ = true;
   field.modified = false;
+  FileInfo& sheet = view_.sheet();
   FieldContext& context = view_.fieldContext();
   context.control = field.control;
   std::string text = toSystemText(controlText(field.control));
-  FieldOutcome outcome = setFieldValue(view_.sheet(), *field.item, text, true, true, context);
+  // The record of the old value is made before the store and kept only when the value changed.
+  std::unique_ptr<FieldValueUndo> record;
+  if (!undoing() && fieldEditIsUndoable(*field.item)) {
+    record = std::make_unique<FieldValueUndo>(
+        *field.item, [view = &view_, index = dialogIndex_](DlgItem& item) {
+          QMdiSubWindow* window = view->openWindow(SheetWindowKind::Dialog, index);
+          if (auto* dialog = window ? qobject_cast<DialogWindow*>(window->widget()) : nullptr)
+            dialog->focusField(item);
+        });
+  }
+  const bool wasChanged = sheet.changed();
+  FieldOutcome outcome = setFieldValue(sheet, *field.item, text, true, true, context);
+  if (record && outcome.stored && text != record->oldText()) {
+    const long maxUndo =
+        view_.appSettings != nullptr ? view_.appSettings->maxUndo : kDefaultMaxUndo;
+    undoPush(sheet, kUndoFieldValue, nullptr, std::move(record), maxUndo, wasChanged);
+  }
   if (outcome.restoreDisplay) {
-    std::string shown = displayText(view_.sheet(), *field.item);
+    std::string shown = displayText(sheet, *field.item);
     setControlText(field.control, fromSystemText(shown.substr(0, kRestoreTextLimit)));
     selectAllText(field.control);
   } else if (outcome.stored && field.item->kind == kEditvar) {
-    setControlText(field.control, fromSystemText(displayText(view_.sheet(), *field.item)));
+    setControlText(field.control, fromSystemText(displayText(sheet, *field.item)));
   }
   field.modified = false;
   applyDefaultFont(field);
@@ -385,6 +406,21 @@ bool DialogWindow::hasPendingEdit() const {
 void DialogWindow::refreshFields() {
   for (Field& field : fields_) {
     if (!field.modified) showValue(field);
+  }
+}
+
+void DialogWindow::focusField(const DlgItem& item) {
+  for (Field& field : fields_) {
+    if (field.item != &item || field.control == nullptr) continue;
+    if (item.kind == kEdittext) {
+      setControlText(field.control, fromSystemText(item.text));
+    } else {
+      showValue(field);
+    }
+    field.modified = false;
+    field.control->setFocus();
+    selectAllText(field.control);
+    return;
   }
 }
 

@@ -37,6 +37,9 @@ class DialogWindow : public QWidget {
   bool hasPendingEdit() const;
   /// Every field shows its variable's present value again.
   void refreshFields();
+  /// Shows a field's present value, puts the focus in it and selects its text (Undo of its
+  /// value brings it forward this way).
+  void focusField(const DlgItem& item);
   /// The dialog's client size.
   QSize sizeHint() const override;
 

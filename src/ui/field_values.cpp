@@ -7,6 +7,7 @@
 #include "core/numbers.h"
 #include "core/strfmt.h"
 #include "core/text.h"
+#include "core/undo.h"
 #include "expr/compiler.h"
 #include "expr/expr_error.h"
 #include "expr/symbols.h"
@@ -23,7 +24,6 @@ constexpr std::size_t kFormatCopyLimit = 511;
 constexpr std::size_t kMaxInputValues = 10;
 constexpr std::size_t kMaxValueLength = 15;
 constexpr std::size_t kComboValueLimit = 127;
-constexpr int kFieldValueEditKind = 7;
 
 std::string cut(std::string_view text, std::size_t limit) {
   return std::string(text.substr(0, std::min(text.size(), limit)));
@@ -138,7 +138,7 @@ FieldOutcome storeEditVariable(FileInfo& sheet, DlgItem& field, std::string_view
     return outcome;
   }
   field.text = text;
-  setChanged(sheet, true, kFieldValueEditKind);
+  setChanged(sheet, true, kUndoFieldValue);
   FieldOutcome outcome;
   outcome.stored = true;
   return outcome;
@@ -263,7 +263,7 @@ FieldOutcome setFieldValue(FileInfo& sheet, DlgItem& field, std::string_view tex
     case kEdittext:
       if (text == field.text) return done;
       field.text = std::string(text);
-      setChanged(sheet, true, kFieldValueEditKind);
+      setChanged(sheet, true, kUndoFieldValue);
       return done;
     case kEditvar:
       if (isPlainNumberText(text) && text == field.text) return done;
@@ -365,6 +365,27 @@ bool showsDefaultFont(const DlgItem& field) {
 bool takesInput(int kind) {
   return kind == kList || kind == kCheckbox || kind == kEdittext || kind == kEditvar ||
          kind == kCombobox || kind == kButton;
+}
+
+FieldValueUndo::FieldValueUndo(DlgItem& field, std::function<void(DlgItem&)> show)
+    : field_(field), show_(std::move(show)) {
+  // A variable field goes back to what was typed; when its input went through a format and
+  // formula, or nothing typed is known, to the value it had.
+  const bool typedText = !field.text.empty() && field.format.empty();
+  oldText_ = field.kind == kEditvar && field.symbol != nullptr && !typedText
+                 ? valueToText(field.symbol->value)
+                 : field.text;
+}
+
+bool FieldValueUndo::apply(FileInfo& fileInfo) {
+  FieldContext quiet;
+  const FieldOutcome outcome = setFieldValue(fileInfo, field_, oldText_, false, false, quiet);
+  if (show_) show_(field_);
+  return outcome.stored;
+}
+
+bool fieldEditIsUndoable(const DlgItem& field) {
+  return field.kind == kEdittext || field.kind == kEditvar;
 }
 
 }  // namespace zv::ui

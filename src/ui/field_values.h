@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "core/fileinfo.h"
+#include "core/undo_history.h"
 
 namespace zv::ui {
 
@@ -72,6 +73,25 @@ std::optional<std::string> convertInput(FileInfo& sheet, const DlgItem& field,
 /// The one path by which a value enters an input field (checkbox, edittext, editvar, combobox).
 FieldOutcome setFieldValue(FileInfo& sheet, DlgItem& field, std::string_view text, bool applyCheck,
                            bool convert, FieldContext& context);
+
+/// The undo record of a field's value (kind 7): the field and the text of its value before the
+/// edit. Undo stores that text again through setFieldValue with no checks, then `show` brings
+/// the field forward (reopens its dialog, puts the focus in it and selects its text).
+class FieldValueUndo : public UndoAction {
+ public:
+  FieldValueUndo(DlgItem& field, std::function<void(DlgItem&)> show);
+  bool apply(FileInfo& fileInfo) override;
+  const std::string& oldText() const { return oldText_; }
+
+ private:
+  DlgItem& field_;
+  std::string oldText_;
+  std::function<void(DlgItem&)> show_;
+};
+
+/// Whether a field's edits are recorded for Undo: the text and variable fields that the user
+/// types into (checkboxes and combo boxes are not).
+bool fieldEditIsUndoable(const DlgItem& field);
 
 /// The dialog's own check expression after a change; true when it passes or was accepted.
 bool checkDialog(FileInfo& sheet, DlgInfo& dialog, FieldContext& context);

@@ -5,6 +5,7 @@
 #include "sheet_frame.h"
 
 #include <QAction>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
 #include <QPushButton>
@@ -272,6 +273,31 @@ class ListEditingTest : public QObject {
     if (boxes > 0)
       QCOMPARE(QString::fromStdString(sample_->host().transcript().front()),
                QStringLiteral("[Confirm Deletion] Delete the 2 selected items?"));
+  }
+
+  void undoTakesBackATypedValueThenADeletionBeforeIt() {
+    ListPanel* skills = listWindow("Skills");
+    select(skills, {0});  // Fenwalking, Agility - 8: rank 3, 6 Marks
+    skills->runCommand(kEditClear);
+    QCOMPARE(spent(), 71.0);
+    // Agility 11 to 12 costs 2 Marks more; the deletion stays undoable behind the typed value.
+    sample_->type("Agility", "12", "Name");
+    QCOMPARE(spent(), 73.0);
+    QAction* undo = sample_->frame().commandAction(kEditUndo);
+    sample_->frame().updateCommandStates();
+    QCOMPARE(undo->text(), QStringLiteral("&Undo Typing"));
+    sample_->frame().runCommand(kEditUndo);
+    QCOMPARE(fieldText("Agility"), QStringLiteral("11"));
+    QCOMPARE(spent(), 71.0);
+    auto* agility = qobject_cast<QLineEdit*>(sample_->mainDialog()->controlFor("Agility"));
+    QTRY_VERIFY(agility->hasFocus());
+    QCOMPARE(agility->selectedText(), QStringLiteral("11"));
+    QCOMPARE(undo->text(), QStringLiteral("&Undo Delete"));
+    sample_->frame().runCommand(kEditUndo);
+    QCOMPARE(spent(), 77.0);
+    QCOMPARE(rowNames(skills).front(), QStringLiteral("Fenwalking"));
+    QVERIFY(!undo->isEnabled());
+    QVERIFY(!view()->sheet().changed());  // back to the sheet as it was opened
   }
 
   void aNewLevelChangesTheCost_data() {
