@@ -89,6 +89,11 @@ RowCells rowCells(const Item& item) {
   return cells;
 }
 
+std::string offeredCostText(const Item& master) {
+  if (master.isSublist() || !master.formula.empty()) return {};
+  return formatFloat(master.totalCost);
+}
+
 std::string listHeaderText(const ListInfo& list, int altIndex) {
   if (altIndex >= 1 && static_cast<std::size_t>(altIndex) <= list.altFormats.size()) {
     const AltFormat& chosen = list.altFormats[static_cast<std::size_t>(altIndex) - 1];

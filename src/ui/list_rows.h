@@ -48,6 +48,11 @@ struct RowCells {
 };
 RowCells rowCells(const Item& item);
 
+/// The cost the Select Item dialog shows beside a master item: its cost when it is fixed; empty
+/// for an item priced by a cost formula (its cost waits for the level it will have) and for a
+/// group.
+std::string offeredCostText(const Item& master);
+
 /// The header text: the chosen alternative's header, else the list's header.
 std::string listHeaderText(const ListInfo& list, int altIndex);
 

@@ -8,7 +8,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPainter>
 #include <QPushButton>
+#include <QStyledItemDelegate>
 #include <QVBoxLayout>
 
 #include "rules/apply_rules.h"
@@ -16,11 +18,30 @@
 #include "rules/rule_library.h"
 #include "rules/take_item.h"
 #include "ui/frame_geometry.h"
+#include "ui/list_rows.h"
 #include "ui/text_codec.h"
 
 namespace zv::ui {
 
 namespace {
+
+/// Paints a row of the offer with its cost right-aligned behind the name.
+class OfferedRowDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override {
+    QStyledItemDelegate::paint(painter, option, index);
+    const QString cost = index.data(SelectItemDialog::kCostRole).toString();
+    if (cost.isEmpty()) return;
+    painter->save();
+    const bool selected = option.state.testFlag(QStyle::State_Selected);
+    painter->setPen(selected ? option.palette.highlightedText().color()
+                             : option.palette.text().color());
+    painter->drawText(option.rect.adjusted(0, 0, -4, 0), Qt::AlignRight | Qt::AlignVCenter, cost);
+    painter->restore();
+  }
+};
 
 constexpr int kIndentBlanks = 4;  // a member of a group stands this far in per depth
 
@@ -95,6 +116,7 @@ SelectItemDialog::SelectItemDialog(std::unique_ptr<ItemSelection> selection, Car
   rows_ = new QListWidget;
   rows_->setObjectName("items");
   rows_->setSelectionMode(QAbstractItemView::SingleSelection);
+  rows_->setItemDelegate(new OfferedRowDelegate(rows_));
   layout->addWidget(rows_, 1);
 
   auto* searchRow = new QHBoxLayout;
@@ -140,6 +162,7 @@ void SelectItemDialog::fillRows() {
   for (const OfferedRow& row : selection_->rows()) {
     QString text = QString(row.depth * kIndentBlanks, ' ') + fromSystemText(row.item->name);
     auto* entry = new QListWidgetItem(text, rows_);
+    entry->setData(SelectItemDialog::kCostRole, fromSystemText(offeredCostText(*row.item)));
     if (row.item->isSublist()) {
       QFont bold = entry->font();
       bold.setBold(true);

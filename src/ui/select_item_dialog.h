@@ -35,6 +35,8 @@ class SelectItemDialog : public QDialog {
   ItemSelection& selection() { return *selection_; }
   QComboBox* categoryBox() const { return category_; }
   QListWidget* rowsList() const { return rows_; }
+  /// The data of a row that holds the cost shown at its right edge (empty when none is shown).
+  static constexpr int kCostRole = Qt::UserRole + 1;
   QLineEdit* searchField() const { return search_; }
   QPushButton* addButton() const { return add_; }
 

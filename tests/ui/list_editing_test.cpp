@@ -142,6 +142,23 @@ class ListEditingTest : public QObject {
     QVERIFY(view()->sheet().changed());
   }
 
+  void theOfferShowsFixedCostsBesideTheNames() {
+    ListPanel* gear = listWindow("Gear");
+    QVERIFY(gear);
+    gear->runCommand(kToolsSelectItem);
+    QListWidget* rows = gear->selectItemDialog()->rowsList();
+    auto costOf = [rows](const QString& name) {
+      for (int row = 0; row < rows->count(); ++row)
+        if (rows->item(row)->text().trimmed() == name)
+          return rows->item(row)->data(SelectItemDialog::kCostRole).toString();
+      return QStringLiteral("<not offered>");
+    };
+    QCOMPARE(costOf("Lantern"), QStringLiteral("5"));
+    QCOMPARE(costOf("Salt, pouch"), QStringLiteral("1½"));
+    QCOMPARE(costOf("Reagent Pouch"), QString());  // a group
+    gear->selectItemDialog()->reject();
+  }
+
   void aClickBelowTheRowsAddsAtTheEnd() {
     ListPanel* skills = listWindow("Skills");
     QVERIFY(skills);
