@@ -3,6 +3,7 @@
 // level, and the requirements window with its verdicts; the menus follow the selection.
 
 #include "sheet_frame.h"
+#include "when_modal.h"
 
 #include <QAction>
 #include <QLineEdit>
@@ -27,20 +28,9 @@
 
 using namespace zv::ui;
 
-namespace {
+using zv::testing::whenModal;
 
-// Runs `act` on the next modal window that opens.
-void whenModal(std::function<void(QWidget*)> act) {
-  auto* timer = new QTimer(qApp);
-  QObject::connect(timer, &QTimer::timeout, timer, [timer, act] {
-    if (QWidget* modal = QApplication::activeModalWidget()) {
-      timer->stop();
-      timer->deleteLater();
-      act(modal);
-    }
-  });
-  timer->start(5);
-}
+namespace {
 
 QStringList rowNames(ListPanel* panel) {
   QStringList names;

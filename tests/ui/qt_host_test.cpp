@@ -16,25 +16,15 @@
 
 #include "ui/qt_host.h"
 #include "ui/text_codec.h"
+#include "when_modal.h"
 
 Q_DECLARE_METATYPE(zv::ButtonSet)
 Q_DECLARE_METATYPE(zv::Button)
 Q_DECLARE_METATYPE(zv::Severity)
 
-namespace {
+using zv::testing::whenModal;
 
-// Runs `act` on the next modal window that opens.
-void whenModal(std::function<void(QWidget*)> act) {
-  auto* timer = new QTimer(qApp);
-  QObject::connect(timer, &QTimer::timeout, timer, [timer, act] {
-    if (QWidget* modal = QApplication::activeModalWidget()) {
-      timer->stop();
-      timer->deleteLater();
-      act(modal);
-    }
-  });
-  timer->start(5);
-}
+namespace {
 
 QMessageBox::StandardButton standardButton(zv::Button button) {
   switch (button) {
