@@ -205,6 +205,9 @@ ListPanel::ListPanel(SheetView& view, ListInfo& list, QWidget* parent)
   rows_->installEventFilter(this);
   rows_->viewport()->installEventFilter(this);
   if (model_->rowCount() > 0) rows_->setCurrentIndex(model_->index(0));
+  connect(rows_->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+    if (!typing_) typeAhead_.clear();
+  });
   list_.window = this;
   layoutParts();
 }
@@ -518,6 +521,20 @@ std::unique_ptr<QMenu> ListPanel::commandsPopup() {
   return popup;
 }
 
+void ListPanel::typeAheadKey(char key) {
+  std::vector<std::string_view> names;
+  names.reserve(static_cast<std::size_t>(model_->rowCount()));
+  for (int row = 0; row < model_->rowCount(); ++row)
+    names.emplace_back(model_->itemAt(row)->name);
+  const int caret = rows_->currentIndex().row();
+  std::optional<std::size_t> found =
+      typeAhead_.type(key, names, caret >= 0 ? std::optional<std::size_t>(caret) : std::nullopt);
+  if (!found) return;
+  typing_ = true;
+  selectRows(static_cast<int>(*found), static_cast<int>(*found));
+  typing_ = false;
+}
+
 bool ListPanel::eventFilter(QObject* watched, QEvent* event) {
   if (watched == rows_->viewport() && event->type() == QEvent::ContextMenu) {
     auto* menuEvent = static_cast<QContextMenuEvent*>(event);
@@ -538,6 +555,7 @@ bool ListPanel::eventFilter(QObject* watched, QEvent* event) {
     doubleClickAt(static_cast<QMouseEvent*>(event)->position().toPoint());
     return true;
   }
+  if (watched == rows_ && event->type() == QEvent::FocusOut) typeAhead_.clear();
   if (watched == rows_ && event->type() == QEvent::KeyPress) {
     auto* key = static_cast<QKeyEvent*>(event);
     Qt::KeyboardModifiers modifiers = key->modifiers() & ~Qt::KeypadModifier;
@@ -558,6 +576,12 @@ bool ListPanel::eventFilter(QObject* watched, QEvent* event) {
     if (control && (key->key() == Qt::Key_Up || key->key() == Qt::Key_Down)) {
       int step = shift ? kLargeStep : 1;
       stepCaret(key->key() == Qt::Key_Up ? step : -step);
+      return true;
+    }
+    const std::string typed = toSystemText(key->text());
+    if (!control && !modifiers.testFlag(Qt::AltModifier) && typed.size() == 1 &&
+        static_cast<unsigned char>(typed[0]) >= 0x20 && typed[0] != 0x7f) {
+      typeAheadKey(typed[0]);
       return true;
     }
     if (key->key() == Qt::Key_Backspace) {

@@ -16,6 +16,7 @@
 #include "core/list_info.h"
 #include "ui/list_rows.h"
 #include "ui/select_item_dialog.h"
+#include "ui/type_ahead.h"
 
 class QMenu;
 
@@ -102,6 +103,9 @@ class ListPanel : public QWidget {
   /// A double click at `point` of the rows: an empty place selects an item, a sublist's box
   /// opens or closes it, any other row is modified.
   void doubleClickAt(QPoint point);
+  /// A printable key: the type-ahead moves the caret to the next row whose name begins with the
+  /// keys typed since the selection last changed.
+  void typeAheadKey(char key);
   int lineHeight() const;
   int headerHeight() const;
   int totalHeight() const;
@@ -113,6 +117,8 @@ class ListPanel : public QWidget {
   int altIndex_ = 0;
   bool inDialog_ = false;  ///< a dialog's `list` field rather than a list window
   QPointer<SelectItemDialog> selectDialog_;
+  TypeAhead typeAhead_;
+  bool typing_ = false;  ///< the type-ahead itself is moving the selection
 };
 
 }  // namespace zv::ui

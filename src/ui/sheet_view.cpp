@@ -16,7 +16,7 @@ namespace zv::ui {
 
 namespace {
 
-constexpr int kDefaultListWidth = 280;
+constexpr int kDefaultListWidth = 200;
 constexpr int kDefaultListHeight = 300;
 constexpr int kEdgeMargin = 20;
 // A coordinate the file leaves unset (65535 read as a 16-bit value).

@@ -1,5 +1,6 @@
 // The window-free logic of the desktop program: input conversion, storing a value through its
-// checks, combo box entries, the command table, Data menu texts, field geometry and list rows.
+// checks, combo box entries, the command table, Data menu texts, field geometry, list rows and
+// the type-ahead of list windows.
 
 // Before any Qt header: HeadlessHost has a member that Qt's "emit" macro would rewrite.
 #include "core/headless_host.h"
@@ -16,6 +17,7 @@
 #include "ui/field_geometry.h"
 #include "ui/field_values.h"
 #include "ui/list_rows.h"
+#include "ui/type_ahead.h"
 
 using namespace zv;
 using namespace zv::ui;
@@ -331,6 +333,50 @@ class FieldLogicTest : public QObject {
     item.level = "3";
     item.altFormats = {{"Wide", "", "own wide"}, {"", "", "nameless"}};
     QCOMPARE(QString::fromStdString(rowFormat(item, list, altIndex)), format);
+  }
+
+  void typeAheadFindsTheNextRowByItsNameBeginning_data() {
+    QTest::addColumn<QString>("keys");
+    QTest::addColumn<int>("caret");  // -1: no caret
+    QTest::addColumn<int>("row");    // -1: nothing found
+    QTest::addColumn<QString>("kept");
+    // Rows: Bell Lore, bell-ringing, Climbing, Brawling, Bargaining
+    QTest::newRow("first match after the caret") << "b" << 0 << 1 << "b";
+    QTest::newRow("round past the end") << "c" << 3 << 2 << "c";
+    QTest::newRow("no caret: from the top") << "b" << -1 << 0 << "b";
+    QTest::newRow("keys run on, ignoring case") << "BELL-" << -1 << 1 << "bell-";
+    QTest::newRow("the caret's own row last") << "cl" << 2 << 2 << "cl";
+    QTest::newRow("nothing: again from the last key") << "bx" << 0 << -1 << "x";
+    QTest::newRow("a miss restarts the keys") << "clb" << 2 << 3 << "b";
+  }
+
+  void typeAheadFindsTheNextRowByItsNameBeginning() {
+    QFETCH(QString, keys);
+    QFETCH(int, caret);
+    QFETCH(int, row);
+    QFETCH(QString, kept);
+    const std::vector<std::string_view> names{"Bell Lore", "bell-ringing", "Climbing", "Brawling",
+                                              "Bargaining"};
+    TypeAhead typeAhead;
+    std::optional<std::size_t> at = caret >= 0 ? std::optional<std::size_t>(caret) : std::nullopt;
+    std::optional<std::size_t> found;
+    for (QChar key : keys) {
+      found = typeAhead.type(key.toLatin1(), names, at);
+      if (found) at = found;
+    }
+    QCOMPARE(found ? static_cast<int>(*found) : -1, row);
+    QCOMPARE(QString::fromStdString(typeAhead.keys()), kept);
+  }
+
+  void typeAheadKeepsFifteenKeys() {
+    const std::string longName(40, 'a');
+    const std::vector<std::string_view> names{"b", longName};
+    TypeAhead typeAhead;
+    for (int i = 0; i < 20; ++i)
+      QCOMPARE(typeAhead.type('a', names, std::nullopt), std::optional<std::size_t>(1));
+    QCOMPARE(typeAhead.keys().size(), TypeAhead::kMostKeys);
+    typeAhead.clear();
+    QVERIFY(typeAhead.keys().empty());
   }
 };
 

@@ -354,6 +354,9 @@ class ListEditingTest : public QObject {
     QCOMPARE(names(skills->selectedItems()), QStringList{"Lorekeeping"});
     QTest::keyClick(rows, Qt::Key_Delete);
     QCOMPARE(rowNames(skills), (QStringList{"Fenwalking", "Spear", "Tracking", "Bargaining"}));
+    // Type-ahead: "t" finds Tracking; "b" after it starts again and finds Bargaining.
+    QTest::keyClicks(rows, "tb");
+    QCOMPARE(names(skills->selectedItems()), QStringList{"Bargaining"});
     QTest::keyClick(rows, Qt::Key_Insert);
     QVERIFY(skills->selectItemDialog());
     skills->selectItemDialog()->reject();
