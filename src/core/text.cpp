@@ -154,6 +154,14 @@ int replaceToken(std::string& text, size_t capacity, std::string_view from, std:
   return count;
 }
 
+std::string replaceAll(std::string text, std::string_view from, std::string_view to) {
+  if (from.empty()) return text;
+  for (std::size_t at = text.find(from); at != std::string::npos;
+       at = text.find(from, at + to.size()))
+    text.replace(at, from.size(), to);
+  return text;
+}
+
 bool wildcardMatch(std::string_view pattern, std::string_view name) {
   // Iterative: remember the last "*" and how far it has swallowed, and widen it on a mismatch.
   std::size_t p = 0;

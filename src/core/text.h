@@ -22,6 +22,8 @@ int compareIgnoringCase(std::string_view a, std::string_view b);
 bool equalsIgnoringCase(std::string_view a, std::string_view b);
 bool startsWithIgnoringCase(std::string_view text, std::string_view prefix);
 bool endsWithIgnoringCase(std::string_view text, std::string_view suffix);
+/// `text` with every occurrence of `from` (not empty) replaced by `to`, left to right.
+std::string replaceAll(std::string text, std::string_view from, std::string_view to);
 /// Whether `name` matches the wildcard `pattern` ("*" any run, "?" any one byte), ignoring case.
 bool wildcardMatch(std::string_view pattern, std::string_view name);
 /// Position of `needle` in `haystack` ignoring case, from `from`; npos if absent.

@@ -102,12 +102,13 @@ constexpr std::array<MenuEntry, 4> kEdit{{
     {"Select &All", kEditSelectAll, "", true},
 }};
 
-constexpr std::array<MenuEntry, 13> kTools{{
+constexpr std::array<MenuEntry, 14> kTools{{
     {"&Select Item...", kToolsSelectItem, "", true},
     {"Select from &Master List...", kToolsSelectFromMasterList, "", true},
     {"&Modify...", kToolsModify, "", true},
     {"&Open/Close Sublist", kToolsOpenCloseSublist, "", true},
     {"&Delete Item", kToolsDeleteItem, "", true},
+    {"&Notes...", kToolsNotes, "", true},
     {"", 0, "", false},
     {"Add &1", kToolsAdd1, "", true},
     {"Subtract 1", kToolsSubtract1, "", true},
@@ -176,6 +177,7 @@ bool isListCommand(int command) {
     case kToolsMoveUp:
     case kToolsMoveDown:
     case kToolsShowRequirements:
+    case kToolsNotes:
       return true;
     default:
       return false;

@@ -41,6 +41,7 @@ inline constexpr int kToolsCheckRequirements = 1109;
 inline constexpr int kToolsDeleteItem = 1112;
 inline constexpr int kToolsAdd1 = 1115;
 inline constexpr int kToolsSubtract1 = 1116;
+inline constexpr int kToolsNotes = 1117;
 inline constexpr int kToolsMoveUp = 1118;
 inline constexpr int kToolsMoveDown = 1119;
 inline constexpr int kUtilitiesRecalculate = 1308;

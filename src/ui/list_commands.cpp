@@ -19,6 +19,7 @@ bool listCommandEnabled(int command, const ListInfo& list, const std::vector<Ite
     case kToolsSelectFromMasterList:
       return list.maxItems <= 0 || elementCount(list) < static_cast<std::size_t>(list.maxItems);
     case kToolsModify:
+    case kToolsNotes:
     case kToolsOpenCloseSublist:
     case kToolsMoveUp:
     case kToolsMoveDown:

@@ -6,17 +6,23 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QDialog>
+#include <QDialogButtonBox>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QStyle>
+#include <QVBoxLayout>
 #include <algorithm>
 
 #include "core/host.h"
+#include "core/list_total.h"
 #include "core/messages.h"
 #include "core/numbers.h"
+#include "core/text.h"
 #include "rules/edit.h"
 #include "rules/list_ops.h"
 #include "rules/list_undo.h"
@@ -30,6 +36,11 @@
 #include "ui/text_codec.h"
 
 namespace zv::ui {
+
+namespace {
+/// The tab stop of the notes box, in pixels.
+constexpr qreal kNotesTabStop = 32;
+}  // namespace
 
 namespace {
 
@@ -343,6 +354,9 @@ bool ListPanel::runCommand(int command) {
     case kToolsModify:
       modifyCaret();
       return true;
+    case kToolsNotes:
+      editNotes();
+      return true;
     case kToolsSelectItem:
     case kToolsSelectFromMasterList:
       if (commandEnabled(command)) openSelection(command == kToolsSelectFromMasterList);
@@ -447,7 +461,10 @@ void ListPanel::modifyCaret() {
   if (item->isSublist() && !item->setListCost()) return;
   std::string prompt = byLevel ? list_.levelPrompt.str() : list_.costPrompt.str();
   if (prompt.empty()) prompt = byLevel ? "Level" : "Cost";
-  std::string initial = byLevel ? item->level : formatFloat(item->cost);
+  // An item at its default has no level text of its own: the box starts at its value.
+  std::string initial = !byLevel              ? formatFloat(item->cost)
+                        : item->level.empty() ? valueToText(item->value)
+                                              : item->level;
   std::optional<std::string> typed = host().enterValue(item->name, prompt, initial);
   if (!typed || *typed == initial) return;
   if (byLevel) {
@@ -456,6 +473,33 @@ void ListPanel::modifyCaret() {
     changeItemCost(sheet, *item, *typed);
   }
   view_.refreshAfterEdit();
+  view_.refreshTitles();
+}
+
+void ListPanel::editNotes() {
+  Item* item = caretItem();
+  if (item == nullptr) return;
+  view_.commitPendingEdit();
+  QDialog dialog(this);
+  dialog.setObjectName("itemNotes");
+  dialog.setWindowTitle(fromSystemText(item->name));
+  auto* layout = new QVBoxLayout(&dialog);
+  auto* text = new QPlainTextEdit(&dialog);
+  text->setObjectName("notes");
+  text->setPlainText(fromSystemText(replaceAll(item->notes, "\r\n", "\n")));
+  text->setTabStopDistance(kNotesTabStop);
+  layout->addWidget(text);
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dialog);
+  connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+  layout->addWidget(buttons);
+  dialog.resize(360, 240);
+  if (dialog.exec() != QDialog::Accepted) return;
+  // The sheet keeps line ends as CR LF, as its files do.
+  std::string notes = replaceAll(toSystemText(text->toPlainText()), "\n", "\r\n");
+  if (notes == item->notes) return;
+  item->notes = std::move(notes);
+  setChanged(view_.sheet(), true);
   view_.refreshTitles();
 }
 

@@ -97,6 +97,9 @@ class ListPanel : public QWidget {
   void openSelection(bool masterList);
   void deleteSelected();
   void modifyCaret();
+  /// Notes (1117): the caret item's notes in a box titled by its name; a changed text marks the
+  /// sheet changed.
+  void editNotes();
   void stepCaret(int step);
   void moveCaret(int direction);
   void showRequirements();

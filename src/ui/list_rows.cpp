@@ -58,13 +58,6 @@ std::string defaultEntry(const Item& item) {
   return "^n";
 }
 
-std::string replaceAll(std::string text, std::string_view from, std::string_view to) {
-  for (std::size_t at = text.find(from); at != std::string::npos;
-       at = text.find(from, at + to.size()))
-    text.replace(at, from.size(), to);
-  return text;
-}
-
 }  // namespace
 
 std::string rowFormat(const Item& item, const ListInfo& list, int altIndex) {

@@ -6,9 +6,11 @@
 #include "when_modal.h"
 
 #include <QAction>
+#include <QDialogButtonBox>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTimer>
 #include <QtTest>
@@ -305,6 +307,25 @@ class ListEditingTest : public QObject {
     QCOMPARE(rowNames(skills).front(), QStringLiteral("Fenwalking"));
     QVERIFY(!undo->isEnabled());
     QVERIFY(!view()->sheet().changed());  // back to the sheet as it was opened
+  }
+
+  void notesOfAnItemAreEditedInABoxTitledByItsName() {
+    ListPanel* gear = listWindow("Gear");
+    select(gear, {4});  // Warden's Spear
+    zv::Item* spear = gear->caretItem();
+    QVERIFY(!view()->sheet().changed());
+    QString title;
+    whenModal([&title](QWidget* box) {
+      title = box->windowTitle();
+      auto* notes = box->findChild<QPlainTextEdit*>("notes");
+      notes->setPlainText("Ash haft.\nIron head, blessed.");
+      box->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+    });
+    gear->runCommand(kToolsNotes);
+    QCOMPARE(title, QStringLiteral("Warden's Spear"));
+    QCOMPARE(QString::fromStdString(spear->notes),
+             QStringLiteral("Ash haft.\r\nIron head, blessed."));
+    QVERIFY(view()->sheet().changed());
   }
 
   void aNewLevelChangesTheCost_data() {
