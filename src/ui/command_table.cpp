@@ -102,7 +102,7 @@ constexpr std::array<MenuEntry, 4> kEdit{{
     {"Select &All", kEditSelectAll, "", true},
 }};
 
-constexpr std::array<MenuEntry, 14> kTools{{
+constexpr std::array<MenuEntry, 15> kTools{{
     {"&Select Item...", kToolsSelectItem, "", true},
     {"Select from &Master List...", kToolsSelectFromMasterList, "", true},
     {"&Modify...", kToolsModify, "", true},
@@ -114,6 +114,7 @@ constexpr std::array<MenuEntry, 14> kTools{{
     {"Subtract 1", kToolsSubtract1, "", true},
     {"Move &Up", kToolsMoveUp, "", true},
     {"Move Do&wn", kToolsMoveDown, "", true},
+    {"S&ort...", kToolsSort, "", true},
     {"", 0, "", false},
     {"Show &Requirements...", kToolsShowRequirements, "", true},
     {"&Check Requirements...", kToolsCheckRequirements, "", true},
@@ -178,6 +179,7 @@ bool isListCommand(int command) {
     case kToolsMoveDown:
     case kToolsShowRequirements:
     case kToolsNotes:
+    case kToolsSort:
       return true;
     default:
       return false;

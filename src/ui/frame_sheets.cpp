@@ -58,6 +58,7 @@ QMdiSubWindow* MainFrame::showSheet(std::unique_ptr<FileInfo> sheet) {
   auto* view = new SheetView(std::move(sheet), *mdiArea_, fieldPreferences(), this);
   view->dialogColour = appSettings_.dlgBGColor;
   view->appSettings = &appSettings_;
+  view->settings = &settings_;
   view->setCloseQuery(
       [this](SheetView& closing) { return closeQuery(closing.sheet(), documentContext()); });
   connect(view, &SheetView::sheetClosed, this, [this](SheetView* closed) {

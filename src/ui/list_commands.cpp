@@ -34,6 +34,8 @@ bool listCommandEnabled(int command, const ListInfo& list, const std::vector<Ite
       return !selected.empty();
     case kEditSelectAll:
       return rowCount > 0;
+    case kToolsSort:
+      return rowCount >= 2;
     default:
       return true;
   }

@@ -25,6 +25,7 @@
 #include "core/text.h"
 #include "rules/edit.h"
 #include "rules/list_ops.h"
+#include "rules/list_sort.h"
 #include "rules/list_undo.h"
 #include "rules/place_item.h"
 #include "rules/prereq_dialog.h"
@@ -33,6 +34,7 @@
 #include "ui/list_commands.h"
 #include "ui/select_item_dialog.h"
 #include "ui/sheet_view.h"
+#include "ui/sort_dialog.h"
 #include "ui/text_codec.h"
 
 namespace zv::ui {
@@ -357,6 +359,9 @@ bool ListPanel::runCommand(int command) {
     case kToolsNotes:
       editNotes();
       return true;
+    case kToolsSort:
+      sortCaretChain();
+      return true;
     case kToolsSelectItem:
     case kToolsSelectFromMasterList:
       if (commandEnabled(command)) openSelection(command == kToolsSelectFromMasterList);
@@ -501,6 +506,17 @@ void ListPanel::editNotes() {
   item->notes = std::move(notes);
   setChanged(view_.sheet(), true);
   view_.refreshTitles();
+}
+
+void ListPanel::sortCaretChain() {
+  if (!commandEnabled(kToolsSort)) return;
+  view_.commitPendingEdit();
+  std::optional<SortSettings> choices = askSortSettings(this, view_.settings);
+  if (!choices) return;
+  sortChain(view_.sheet(), list_, caretItem(), *choices);
+  view_.refreshAfterEdit();
+  view_.refreshTitles();
+  selectRows(0, 0);
 }
 
 void ListPanel::stepCaret(int step) {

@@ -100,6 +100,9 @@ class ListPanel : public QWidget {
   /// Notes (1117): the caret item's notes in a box titled by its name; a changed text marks the
   /// sheet changed.
   void editNotes();
+  /// Sort (1100): asks for the sort's choices and sorts the caret's chain; the caret goes to the
+  /// first row.
+  void sortCaretChain();
   void stepCaret(int step);
   void moveCaret(int direction);
   void showRequirements();

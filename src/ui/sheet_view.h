@@ -13,6 +13,7 @@
 
 #include "core/app_settings.h"
 #include "core/fileinfo.h"
+#include "core/settings.h"
 #include "ui/field_values.h"
 #include "ui/symbol_watch.h"
 
@@ -43,6 +44,8 @@ class SheetView : public QObject {
   /// The program's settings that editing reads (MaxUndo, ConfirmMultipleDeletions) and the
   /// selection dialog's kept rectangle; null: the defaults of a fresh installation.
   AppSettings* appSettings = nullptr;
+  /// The settings file, for the choices that commands keep (the sort dialog's); may be null.
+  Settings* settings = nullptr;
   void setCloseQuery(CloseQuery query) { closeQuery_ = std::move(query); }
 
   /// Creates the main dialog's window and the windows flagged open, and shows them.

@@ -6,6 +6,8 @@
 #include "when_modal.h"
 
 #include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QLineEdit>
 #include <QListWidget>
@@ -328,6 +330,33 @@ class ListEditingTest : public QObject {
     QVERIFY(view()->sheet().changed());
   }
 
+  void sortPutsTheListInTheOrderChosenAndKeepsTheChoice() {
+    ListPanel* skills = listWindow("Skills");
+    select(skills, {2});
+    whenModal([](QWidget* box) {
+      box->findChild<QComboBox*>("type")->setCurrentIndex(2);  // Cost
+      box->findChild<QCheckBox*>("reverse")->setChecked(true);
+      box->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+    });
+    sample_->frame().runCommand(kToolsSort);
+    // Costs 9, 8, 6, then Tracking and Bargaining at 1 each: the tie by name, reversed too.
+    QCOMPARE(rowNames(skills),
+             (QStringList{"Lorekeeping", "Spear", "Fenwalking", "Tracking", "Bargaining"}));
+    QCOMPARE(names(skills->selectedItems()), QStringList{"Lorekeeping"});
+    QVERIFY(view()->sheet().changed());
+    QCOMPARE(sample_->settings().getInt("Sort", "Type", 0), 103L);
+    QCOMPARE(sample_->settings().getInt("Sort", "ReverseOrder", 0), 1L);
+    // The next sort starts from the kept choices; Cancel changes nothing.
+    QString shownKey;
+    whenModal([&shownKey](QWidget* box) {
+      shownKey = box->findChild<QComboBox*>("type")->currentText();
+      box->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Cancel)->click();
+    });
+    sample_->frame().runCommand(kToolsSort);
+    QCOMPARE(shownKey, QStringLiteral("Cost"));
+    QCOMPARE(rowNames(skills).front(), QStringLiteral("Lorekeeping"));
+  }
+
   void aNewLevelChangesTheCost_data() {
     QTest::addColumn<int>("command");
     QTest::addColumn<QString>("typed");
@@ -394,8 +423,8 @@ class ListEditingTest : public QObject {
       return texts;
     };
     select(skills, {1, 2});
-    QCOMPARE(enabledTexts(),
-             (QStringList{"&Select Item...", "Select from &Master List...", "&Delete Item"}));
+    QCOMPARE(enabledTexts(), (QStringList{"&Select Item...", "Select from &Master List...",
+                                          "&Delete Item", "S&ort..."}));
     select(skills, {1});
     QStringList one = enabledTexts();
     QVERIFY(one.contains("Add &1") && one.contains("Move &Up") && one.contains("&Modify..."));

@@ -71,6 +71,7 @@ class SheetFrame {
   ui::MainFrame& frame() { return *frame_; }
   HeadlessHost& host() { return *host_; }
   AppSettings& appSettings() { return *app_; }
+  Settings& settings() { return *settings_; }
   const std::string& sheetPath() const { return sheetPath_; }
   const std::filesystem::path& folder() const { return base_; }
 
