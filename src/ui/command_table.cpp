@@ -102,7 +102,7 @@ constexpr std::array<MenuEntry, 4> kEdit{{
     {"Select &All", kEditSelectAll, "", true},
 }};
 
-constexpr std::array<MenuEntry, 15> kTools{{
+constexpr std::array<MenuEntry, 16> kTools{{
     {"&Select Item...", kToolsSelectItem, "", true},
     {"Select from &Master List...", kToolsSelectFromMasterList, "", true},
     {"&Modify...", kToolsModify, "", true},
@@ -115,6 +115,7 @@ constexpr std::array<MenuEntry, 15> kTools{{
     {"Move &Up", kToolsMoveUp, "", true},
     {"Move Do&wn", kToolsMoveDown, "", true},
     {"S&ort...", kToolsSort, "", true},
+    {"List S&ummary...", kToolsListSummary, "", true},
     {"", 0, "", false},
     {"Show &Requirements...", kToolsShowRequirements, "", true},
     {"&Check Requirements...", kToolsCheckRequirements, "", true},
@@ -180,6 +181,7 @@ bool isListCommand(int command) {
     case kToolsShowRequirements:
     case kToolsNotes:
     case kToolsSort:
+    case kToolsListSummary:
       return true;
     default:
       return false;

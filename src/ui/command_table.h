@@ -39,6 +39,7 @@ inline constexpr int kToolsOpenCloseSublist = 1104;
 inline constexpr int kToolsSelectFromMasterList = 1105;
 inline constexpr int kToolsShowRequirements = 1108;
 inline constexpr int kToolsCheckRequirements = 1109;
+inline constexpr int kToolsListSummary = 1110;
 inline constexpr int kToolsDeleteItem = 1112;
 inline constexpr int kToolsAdd1 = 1115;
 inline constexpr int kToolsSubtract1 = 1116;

@@ -33,6 +33,7 @@ bool listCommandEnabled(int command, const ListInfo& list, const std::vector<Ite
     case kToolsDeleteItem:
       return !selected.empty();
     case kEditSelectAll:
+    case kToolsListSummary:
       return rowCount > 0;
     case kToolsSort:
       return rowCount >= 2;

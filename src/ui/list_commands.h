@@ -28,8 +28,8 @@ std::string confirmDeletionText(std::size_t count);
 /// `rowCount` visible rows: Select Item and Select from Master List not at `maxItems`; Modify,
 /// Notes, Open/Close, Move, Show Requirements, Add 1 and Subtract 1 with exactly one row (Show
 /// Requirements an item with requirements; Add 1 and Subtract 1 an item, or a sublist that sets
-/// its cost); Delete with at least one; Select All with any row; Sort with two rows. Other
-/// commands: true.
+/// its cost); Delete with at least one; Select All and List Summary with any row; Sort with two
+/// rows. Other commands: true.
 bool listCommandEnabled(int command, const ListInfo& list, const std::vector<Item*>& selected,
                         std::size_t rowCount);
 

@@ -32,6 +32,7 @@
 #include "ui/command_table.h"
 #include "ui/field_geometry.h"
 #include "ui/list_commands.h"
+#include "ui/list_summary.h"
 #include "ui/select_item_dialog.h"
 #include "ui/sheet_view.h"
 #include "ui/sort_dialog.h"
@@ -361,6 +362,9 @@ bool ListPanel::runCommand(int command) {
       return true;
     case kToolsSort:
       sortCaretChain();
+      return true;
+    case kToolsListSummary:
+      if (commandEnabled(command)) showListSummary(this, view_.sheet(), list_);
       return true;
     case kToolsSelectItem:
     case kToolsSelectFromMasterList:

@@ -17,6 +17,7 @@
 #include "ui/field_geometry.h"
 #include "ui/field_values.h"
 #include "ui/list_rows.h"
+#include "ui/list_summary.h"
 #include "ui/type_ahead.h"
 
 using namespace zv;
@@ -377,6 +378,28 @@ class FieldLogicTest : public QObject {
     QCOMPARE(typeAhead.keys().size(), TypeAhead::kMostKeys);
     typeAhead.clear();
     QVERIFY(typeAhead.keys().empty());
+  }
+
+  void listSummaryCountsByCategoryWithCostTotals() {
+    ListInfo list;
+    struct Entry {
+      const char* name;
+      const char* cat;
+      double cost;
+    };
+    for (const Entry& e :
+         {Entry{"Sword", "Weapons;Blades", 15}, Entry{"Rope", "gear", 1.5},
+          Entry{"Axe", "Weapons", 10}, Entry{"Wish", "", 0}, Entry{"Luck", "", 2}}) {
+      auto item = std::make_unique<Item>(ItemKind::Item, e.name);
+      item->cat = e.cat;
+      item->totalCost = e.cost;
+      list.items.push_back(std::move(item));
+    }
+    const ListSummary summary = summarizeList(list);
+    // Sword counts in two categories, so the categories hold 4 of the 5 items: 1 in none.
+    QCOMPARE(summary.rows, (std::vector<std::string>{"1\tBlades (15)", "1\tgear (1\xbd)",
+                                                     "2\tWeapons (25)", "1\t(In no category)"}));
+    QCOMPARE(summary.countLine, std::string("5 items in 3 categories"));
   }
 };
 

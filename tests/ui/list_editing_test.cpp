@@ -9,6 +9,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
@@ -357,6 +358,23 @@ class ListEditingTest : public QObject {
     QCOMPARE(rowNames(skills).front(), QStringLiteral("Lorekeeping"));
   }
 
+  void listSummaryShowsAnyListOfTheSheet() {
+    ListPanel* skills = listWindow("Skills");
+    select(skills, {0});
+    QStringList seen;
+    whenModal([&seen](QWidget* box) {
+      seen << box->windowTitle() << box->findChild<QLabel*>("count")->text();
+      auto* lists = box->findChild<QComboBox*>("lists");
+      lists->setCurrentIndex(lists->findText("Gear"));
+      seen << box->windowTitle();
+      box->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+    });
+    sample_->frame().runCommand(kToolsListSummary);
+    QCOMPARE(seen.value(0), QStringLiteral("Skills"));
+    QVERIFY2(seen.value(1).startsWith("5 items in "), qPrintable(seen.value(1)));
+    QCOMPARE(seen.value(2), QStringLiteral("Gear"));
+  }
+
   void aNewLevelChangesTheCost_data() {
     QTest::addColumn<int>("command");
     QTest::addColumn<QString>("typed");
@@ -424,7 +442,7 @@ class ListEditingTest : public QObject {
     };
     select(skills, {1, 2});
     QCOMPARE(enabledTexts(), (QStringList{"&Select Item...", "Select from &Master List...",
-                                          "&Delete Item", "S&ort..."}));
+                                          "&Delete Item", "S&ort...", "List S&ummary..."}));
     select(skills, {1});
     QStringList one = enabledTexts();
     QVERIFY(one.contains("Add &1") && one.contains("Move &Up") && one.contains("&Modify..."));
