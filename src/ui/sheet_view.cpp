@@ -206,7 +206,10 @@ void SheetView::refreshTitles() {
     } else if (entry.index > 0) {
       title = strprintf("%s: %s", sheetName, sheet_->dlgs[at]->name.str());
     }
-    entry.window->setWindowTitle(fromSystemText(title));
+    // The sheet's own window marks a sheet with unsaved changes ("name*").
+    const bool main = entry.kind == SheetWindowKind::Dialog && entry.index == 0;
+    entry.window->setWindowTitle(fromSystemText(title) + (main ? "[*]" : ""));
+    entry.window->setWindowModified(main && sheet_->changed());
   }
 }
 
@@ -237,6 +240,7 @@ void SheetView::recalculate() {
 void SheetView::refreshAfterEdit() {
   for (ListPanel* panel : listPanels())
     panel->refresh();
+  refreshTitles();
 }
 
 void SheetView::openAllWindows() {

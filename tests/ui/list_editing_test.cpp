@@ -295,6 +295,7 @@ class ListEditingTest : public QObject {
     // Agility 11 to 12 costs 2 Marks more; the deletion stays undoable behind the typed value.
     sample_->type("Agility", "12", "Name");
     QCOMPARE(spent(), 73.0);
+    QVERIFY(view()->mainWindow()->isWindowModified());  // the title shows the sheet changed
     QAction* undo = sample_->frame().commandAction(kEditUndo);
     sample_->frame().updateCommandStates();
     QCOMPARE(undo->text(), QStringLiteral("&Undo Typing"));
@@ -310,6 +311,7 @@ class ListEditingTest : public QObject {
     QCOMPARE(rowNames(skills).front(), QStringLiteral("Fenwalking"));
     QVERIFY(!undo->isEnabled());
     QVERIFY(!view()->sheet().changed());  // back to the sheet as it was opened
+    QVERIFY(!view()->mainWindow()->isWindowModified());
   }
 
   void notesOfAnItemAreEditedInABoxTitledByItsName() {
