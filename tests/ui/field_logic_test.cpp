@@ -3,7 +3,7 @@
 // the type-ahead of list windows.
 
 // Before any Qt header: HeadlessHost has a member that Qt's "emit" macro would rewrite.
-#include "core/headless_host.h"
+#include "sheet_frame.h"
 
 #include <QtTest>
 #include <algorithm>
@@ -53,12 +53,7 @@ class FieldLogicTest : public QObject {
   std::unique_ptr<HeadlessHost> host_;
   std::unique_ptr<HostInstallation> installed_;
 
-  QStringList transcript() const {
-    QStringList lines;
-    for (const std::string& line : host_->transcript())
-      lines << QString::fromStdString(line);
-    return lines;
-  }
+  QStringList transcript() const { return zv::testing::transcriptLines(*host_); }
 
  private slots:
   void init() {

@@ -2,7 +2,7 @@
 // dispatcher, the command line, drops, and the settings written at exit.
 
 // Before any Qt header: HeadlessHost has a member that Qt's "emit" macro would rewrite.
-#include "core/headless_host.h"
+#include "sheet_frame.h"
 
 #include <QMdiSubWindow>
 #include <QMenuBar>
@@ -79,12 +79,7 @@ class FrameTest : public QObject {
     app_.emplace(zv::AppSettings::load(*settings_, file("")));
   }
 
-  QStringList transcript() const {
-    QStringList lines;
-    for (const std::string& line : host_->transcript())
-      lines << QString::fromStdString(line);
-    return lines;
-  }
+  QStringList transcript() const { return zv::testing::transcriptLines(*host_); }
 
  private slots:
   void init() {

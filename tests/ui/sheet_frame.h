@@ -28,6 +28,14 @@
 
 namespace zv::testing {
 
+/// Every box the headless host showed, a line each ("[Title] text").
+inline QStringList transcriptLines(const HeadlessHost& host) {
+  QStringList lines;
+  for (const std::string& line : host.transcript())
+    lines << QString::fromStdString(line);
+  return lines;
+}
+
 class SheetFrame {
  public:
   /// Writes `settingsText` as the settings file, copies `sheet` into the temporary folder and
@@ -108,12 +116,7 @@ class SheetFrame {
       if (lists[i]->name.str() == name) return listWindow(static_cast<int>(i));
     return nullptr;
   }
-  QStringList transcript() const {
-    QStringList lines;
-    for (const std::string& line : host_->transcript())
-      lines << QString::fromStdString(line);
-    return lines;
-  }
+  QStringList transcript() const { return transcriptLines(*host_); }
 
  private:
   std::optional<QTemporaryDir> dir_;
