@@ -2,10 +2,10 @@
 #include "cli/open_sheet.h"
 #include "core/atomic_file.h"
 #include "core/messages.h"
-#include "formats/data_sheet_document.h"
-#include "formats/data_sheet_writer.h"
-#include "formats/sheet_writer.h"
-#include "formats/tokenstream.h"
+#include "formats/datasheet/data_sheet_document.h"
+#include "formats/datasheet/data_sheet_writer.h"
+#include "formats/sheet/sheet_writer.h"
+#include "formats/tokens/tokenstream.h"
 
 namespace zv::cli {
 

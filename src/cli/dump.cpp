@@ -7,7 +7,7 @@
 #include "core/item.h"
 #include "core/list_info.h"
 #include "expr/symbols.h"
-#include "formats/data_sheet_document.h"
+#include "formats/datasheet/data_sheet_document.h"
 
 namespace zv::cli {
 

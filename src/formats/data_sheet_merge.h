@@ -5,7 +5,7 @@
 
 #include <filesystem>
 
-#include "formats/data_sheet_document.h"
+#include "formats/datasheet/data_sheet_document.h"
 
 namespace zv {
 
