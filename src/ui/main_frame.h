@@ -11,11 +11,11 @@
 
 #include "core/app_settings.h"
 #include "core/command_line.h"
+#include "core/engine_context.h"
 #include "core/recent_files.h"
 #include "core/settings.h"
 #include "formats/sheet_document.h"
 #include "rules/requirements/prereq_dialog.h"
-#include "rules/value/sheet_view.h"
 #include "ui/command_table.h"
 #include "ui/sheet_view.h"
 
@@ -88,9 +88,11 @@ class MainFrame : public QMainWindow {
 
  private:
   /// Lets the engine's change reports reach the windows of the sheet concerned.
-  void installEngineHooks();
-  SheetViewHooks previousHooks_;
-  RequirementsDialogRunner previousRunner_;
+  /// Puts the frame's windows and its requirements window into the installed engine context;
+  /// the destructor puts back what was there.
+  void joinEngineContext();
+  SheetViews previousViews_;
+  decltype(EngineDialogs::runRequirementsDialog) previousRunner_;
   void checkRequirements(SheetView& view);
 
   void buildMenus();

@@ -6,11 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "core/engine_context.h"
 #include "core/game_systems.h"
 #include "core/headless_host.h"
 #include "core/scratch_dir.h"
-#include "formats/datasheet/data_sheet_loader.h"
 #include "formats/data_sheet_merge.h"
+#include "formats/datasheet/data_sheet_loader.h"
 #include "formats/datasheet/load_data_sheet_dialog.h"
 
 namespace zv::testing {
@@ -26,11 +27,11 @@ class DataSheetCommandsTest : public ::testing::Test {
       std::filesystem::copy_file(std::filesystem::path(ZV_TEST_DATA_DIR) / "datasheets" / name,
                                  dir / name);
     dir.write("notes.txt", "not a data sheet");
-    dataSheetEnvironment() = DataSheetEnvironment{dir.path(), 0, false};
+    engine().dataSheets = DataSheetSettings{dir.path(), 0, false};
   }
   void TearDown() override {
     clearGameSystems();
-    dataSheetEnvironment() = DataSheetEnvironment{};
+    engine().dataSheets = DataSheetSettings{};
   }
 
   static std::string joined(const std::vector<std::string>& names) {
