@@ -13,10 +13,10 @@
 
 #include "core/game_systems.h"
 #include "core/headless_host.h"
-#include "formats/data_sheet_loader.h"
-#include "formats/keywords.h"
-#include "formats/macro_context.h"
-#include "formats/tokenstream.h"
+#include "formats/datasheet/data_sheet_loader.h"
+#include "formats/tokens/keywords.h"
+#include "formats/macro/macro_context.h"
+#include "formats/tokens/tokenstream.h"
 #include "synthetic_game_system.h"
 
 namespace {

@@ -11,9 +11,9 @@
 #include "core/game_system.h"
 #include "core/headless_host.h"
 #include "expr/symbols.h"
-#include "formats/expr_sheet_symbols.h"
+#include "formats/sheet/expr_sheet_symbols.h"
 #include "rules/install.h"
-#include "rules/place_item.h"
+#include "rules/lists/place_item.h"
 
 namespace {
 

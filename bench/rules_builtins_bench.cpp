@@ -12,7 +12,7 @@
 #include "core/random.h"
 #include "expr/symbols.h"
 #include "rules/install.h"
-#include "rules/requirements.h"
+#include "rules/requirements/requirements.h"
 #include "utilities/die_roller.h"
 
 namespace {

@@ -11,9 +11,9 @@
 #include "core/headless_host.h"
 #include "expr/symbols.h"
 #include "rules/install.h"
-#include "rules/preferences.h"
-#include "rules/rule_library.h"
-#include "rules/select_item.h"
+#include "rules/value/preferences.h"
+#include "rules/selection/rule_library.h"
+#include "rules/selection/select_item.h"
 
 namespace {
 

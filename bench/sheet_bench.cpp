@@ -8,12 +8,12 @@
 
 #include "core/fileinfo.h"
 #include "core/headless_host.h"
-#include "formats/expr_sheet_symbols.h"
-#include "formats/sheet_reader.h"
-#include "formats/tokenstream.h"
-#include "rules/edit.h"
+#include "formats/sheet/expr_sheet_symbols.h"
+#include "formats/sheet/sheet_reader.h"
+#include "formats/tokens/tokenstream.h"
+#include "rules/value/edit.h"
 #include "rules/install.h"
-#include "rules/level.h"
+#include "rules/value/level.h"
 
 namespace {
 

@@ -10,8 +10,8 @@
 
 #include "core/strfmt.h"
 #include "formats/data_sheet_document.h"
-#include "formats/data_sheet_writer.h"
-#include "formats/tokenstream.h"
+#include "formats/datasheet/data_sheet_writer.h"
+#include "formats/tokens/tokenstream.h"
 
 namespace zv::bench {
 

@@ -10,8 +10,8 @@
 
 #include "core/headless_host.h"
 #include "core/strfmt.h"
-#include "formats/keywords.h"
-#include "formats/tokenstream.h"
+#include "formats/tokens/keywords.h"
+#include "formats/tokens/tokenstream.h"
 
 namespace {
 

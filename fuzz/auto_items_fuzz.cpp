@@ -17,9 +17,9 @@
 #include "core/text.h"
 #include "core/text.h"
 #include "expr/symbols.h"
-#include "rules/auto_items.h"
+#include "rules/auto/auto_items.h"
 #include "rules/install.h"
-#include "rules/list_ops.h"
+#include "rules/lists/list_ops.h"
 
 namespace {
 

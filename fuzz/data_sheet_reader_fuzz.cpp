@@ -9,8 +9,8 @@
 
 #include "core/game_systems.h"
 #include "core/headless_host.h"
-#include "formats/data_sheet_reader.h"
-#include "formats/data_sheet_writer.h"
+#include "formats/datasheet/data_sheet_reader.h"
+#include "formats/datasheet/data_sheet_writer.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include <string>
 
 #include "core/headless_host.h"
-#include "formats/macro_context.h"
-#include "formats/tokenstream.h"
+#include "formats/macro/macro_context.h"
+#include "formats/tokens/tokenstream.h"
 
 namespace {
 

@@ -16,7 +16,7 @@
 #include "core/list_info.h"
 #include "expr/symbols.h"
 #include "rules/install.h"
-#include "rules/requirements.h"
+#include "rules/requirements/requirements.h"
 
 namespace {
 

@@ -16,12 +16,12 @@
 #include "core/ini_file.h"
 #include "core/text.h"
 #include "expr/symbols.h"
-#include "rules/apply_rules.h"
+#include "rules/selection/apply_rules.h"
 #include "rules/install.h"
-#include "rules/preferences.h"
-#include "rules/rule_library.h"
-#include "rules/rule_sets.h"
-#include "rules/select_item.h"
+#include "rules/value/preferences.h"
+#include "rules/selection/rule_library.h"
+#include "rules/selection/rule_sets.h"
+#include "rules/selection/select_item.h"
 
 namespace {
 

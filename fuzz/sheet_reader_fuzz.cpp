@@ -10,12 +10,12 @@
 #include "core/game_systems.h"
 #include "core/headless_host.h"
 #include "core/list_total.h"
-#include "formats/expr_sheet_symbols.h"
-#include "formats/sheet_reader.h"
-#include "formats/sheet_writer.h"
+#include "formats/sheet/expr_sheet_symbols.h"
+#include "formats/sheet/sheet_reader.h"
+#include "formats/sheet/sheet_writer.h"
 #include "rules/install.h"
-#include "rules/level.h"
-#include "rules/recalculate.h"
+#include "rules/value/level.h"
+#include "rules/value/recalculate.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <string>
 
 #include "core/headless_host.h"
-#include "formats/keywords.h"
-#include "formats/tokenstream.h"
+#include "formats/tokens/keywords.h"
+#include "formats/tokens/tokenstream.h"
 
 namespace {
 

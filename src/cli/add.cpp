@@ -7,8 +7,8 @@
 #include "core/strfmt.h"
 #include "formats/file_recognition.h"
 #include "formats/sheet_document.h"
-#include "rules/list_ops.h"
-#include "rules/place_item.h"
+#include "rules/lists/list_ops.h"
+#include "rules/lists/place_item.h"
 
 namespace zv::cli {
 

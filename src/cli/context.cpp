@@ -5,8 +5,8 @@
 #include "core/messages.h"
 #include "core/numbers.h"
 #include "core/random.h"
-#include "formats/data_sheet_loader.h"
-#include "rules/preferences.h"
+#include "formats/datasheet/data_sheet_loader.h"
+#include "rules/value/preferences.h"
 
 namespace zv::cli {
 

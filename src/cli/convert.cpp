@@ -3,8 +3,8 @@
 #include "core/atomic_file.h"
 #include "core/messages.h"
 #include "formats/data_sheet_document.h"
-#include "formats/sheet_writer.h"
-#include "formats/tokenstream.h"
+#include "formats/sheet/sheet_writer.h"
+#include "formats/tokens/tokenstream.h"
 
 namespace zv::cli {
 

@@ -2,8 +2,8 @@
 #include "cli/open_sheet.h"
 #include "core/messages.h"
 #include "core/strfmt.h"
-#include "rules/list_ops.h"
-#include "rules/list_undo.h"
+#include "rules/lists/list_ops.h"
+#include "rules/lists/list_undo.h"
 
 namespace zv::cli {
 

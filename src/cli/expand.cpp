@@ -2,7 +2,7 @@
 
 #include "cli/commands.h"
 #include "core/messages.h"
-#include "formats/macro_context.h"
+#include "formats/macro/macro_context.h"
 
 namespace zv::cli {
 

@@ -1,6 +1,6 @@
 #include "cli/game_system_json.h"
 
-#include "formats/keywords.h"
+#include "formats/tokens/keywords.h"
 
 namespace zv::cli {
 

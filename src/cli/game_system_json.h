@@ -5,7 +5,7 @@
 
 #include "cli/json_writer.h"
 #include "core/game_system.h"
-#include "formats/data_sheet_writer.h"
+#include "formats/datasheet/data_sheet_writer.h"
 
 namespace zv::cli {
 

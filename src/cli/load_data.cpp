@@ -4,7 +4,7 @@
 #include "cli/game_system_json.h"
 #include "core/game_systems.h"
 #include "core/paths.h"
-#include "formats/data_sheet_loader.h"
+#include "formats/datasheet/data_sheet_loader.h"
 
 namespace zv::cli {
 

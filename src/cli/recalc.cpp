@@ -1,6 +1,6 @@
 #include "cli/commands.h"
 #include "cli/open_sheet.h"
-#include "rules/recalculate.h"
+#include "rules/value/recalculate.h"
 
 namespace zv::cli {
 

@@ -3,8 +3,8 @@
 #include "cli/commands.h"
 #include "cli/open_sheet.h"
 #include "core/codepage.h"
-#include "rules/prereq_dialog.h"
-#include "rules/requirements.h"
+#include "rules/requirements/prereq_dialog.h"
+#include "rules/requirements/requirements.h"
 
 namespace zv::cli {
 

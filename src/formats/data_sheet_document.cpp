@@ -13,10 +13,10 @@
 #include "core/record_limits.h"
 #include "core/strfmt.h"
 #include "core/text.h"
-#include "formats/data_sheet_loader.h"
-#include "formats/data_sheet_reader.h"
-#include "formats/data_sheet_writer.h"
-#include "formats/sheet_writer.h"
+#include "formats/datasheet/data_sheet_loader.h"
+#include "formats/datasheet/data_sheet_reader.h"
+#include "formats/datasheet/data_sheet_writer.h"
+#include "formats/sheet/sheet_writer.h"
 
 namespace zv {
 

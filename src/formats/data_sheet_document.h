@@ -13,9 +13,9 @@
 
 #include "core/fileinfo.h"
 #include "core/game_system.h"
-#include "formats/data_sheet_writer.h"
+#include "formats/datasheet/data_sheet_writer.h"
 #include "formats/sheet_document.h"
-#include "formats/tokenstream.h"
+#include "formats/tokens/tokenstream.h"
 
 namespace zv {
 

@@ -7,7 +7,7 @@
 #include "core/strfmt.h"
 #include "core/text.h"
 #include "formats/file_recognition.h"
-#include "formats/sheet_output.h"
+#include "formats/sheet/sheet_output.h"
 
 namespace zv {
 

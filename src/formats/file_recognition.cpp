@@ -6,9 +6,9 @@
 #include "core/messages.h"
 #include "core/paths.h"
 #include "core/text.h"
-#include "formats/keywords.h"
+#include "formats/tokens/keywords.h"
 #include "formats/print_template_header.h"
-#include "formats/tokenstream.h"
+#include "formats/tokens/tokenstream.h"
 
 namespace zv {
 

@@ -7,15 +7,15 @@
 #include "core/record_limits.h"
 #include "core/text.h"
 #include "expr/symbols.h"
-#include "formats/data_sheet_loader.h"
-#include "formats/expr_sheet_symbols.h"
+#include "formats/datasheet/data_sheet_loader.h"
+#include "formats/sheet/expr_sheet_symbols.h"
 #include "formats/file_recognition.h"
-#include "formats/sheet_reader.h"
-#include "formats/sheet_writer.h"
-#include "rules/auto_items.h"
+#include "formats/sheet/sheet_reader.h"
+#include "formats/sheet/sheet_writer.h"
+#include "rules/auto/auto_items.h"
 #include "rules/install.h"
-#include "rules/level.h"
-#include "rules/list_ops.h"
+#include "rules/value/level.h"
+#include "rules/lists/list_ops.h"
 
 namespace zv {
 

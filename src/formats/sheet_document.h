@@ -12,7 +12,7 @@
 
 #include "core/fileinfo.h"
 #include "core/install_file.h"
-#include "formats/tokenstream.h"
+#include "formats/tokens/tokenstream.h"
 
 namespace zv {
 

@@ -13,12 +13,12 @@
 #include "expr/compiler.h"
 #include "expr/symbols.h"
 #include "rules/builtins.h"
-#include "rules/categories.h"
-#include "rules/defaults.h"
-#include "rules/option_refs.h"
-#include "rules/option_value.h"
-#include "rules/requirements.h"
-#include "rules/tokens.h"
+#include "rules/value/categories.h"
+#include "rules/value/defaults.h"
+#include "rules/value/option_refs.h"
+#include "rules/value/option_value.h"
+#include "rules/requirements/requirements.h"
+#include "rules/value/tokens.h"
 
 namespace zv {
 

@@ -16,9 +16,9 @@
 #include "expr/item_fields.h"
 #include "expr/symbols.h"
 #include "rules/builtins.h"
-#include "rules/multipliers.h"
-#include "rules/option_refs.h"
-#include "rules/option_value.h"
+#include "rules/value/multipliers.h"
+#include "rules/value/option_refs.h"
+#include "rules/value/option_value.h"
 
 namespace zv {
 

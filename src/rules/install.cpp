@@ -2,9 +2,9 @@
 
 #include "expr/item_fields.h"
 #include "rules/builtins.h"
-#include "rules/categories.h"
-#include "rules/option_refs.h"
-#include "rules/requirements_check.h"
+#include "rules/value/categories.h"
+#include "rules/value/option_refs.h"
+#include "rules/requirements/requirements_check.h"
 
 namespace zv {
 

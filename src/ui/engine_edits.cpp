@@ -1,7 +1,7 @@
 #include "ui/engine_edits.h"
 
-#include "rules/edit.h"
-#include "rules/recalculate.h"
+#include "rules/value/edit.h"
+#include "rules/value/recalculate.h"
 
 namespace zv::ui {
 

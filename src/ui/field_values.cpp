@@ -11,8 +11,8 @@
 #include "expr/compiler.h"
 #include "expr/expr_error.h"
 #include "expr/symbols.h"
-#include "formats/keywords.h"
-#include "rules/tokens.h"
+#include "formats/tokens/keywords.h"
+#include "rules/value/tokens.h"
 #include "ui/engine_edits.h"
 
 namespace zv::ui {

@@ -10,7 +10,7 @@
 #include "core/paths.h"
 #include "core/undo.h"
 #include "formats/sheet_document.h"
-#include "rules/requirements.h"
+#include "rules/requirements/requirements.h"
 #include "ui/dialog_window.h"
 #include "ui/list_commands.h"
 #include "ui/list_panel.h"

@@ -2,7 +2,7 @@
 
 #include "core/strfmt.h"
 #include "core/undo.h"
-#include "rules/list_ops.h"
+#include "rules/lists/list_ops.h"
 #include "ui/command_table.h"
 
 namespace zv::ui {

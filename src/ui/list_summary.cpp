@@ -11,7 +11,7 @@
 #include "core/numbers.h"
 #include "core/strfmt.h"
 #include "core/text.h"
-#include "rules/categories.h"
+#include "rules/value/categories.h"
 #include "ui/text_codec.h"
 
 namespace zv::ui {

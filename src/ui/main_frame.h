@@ -14,8 +14,8 @@
 #include "core/recent_files.h"
 #include "core/settings.h"
 #include "formats/sheet_document.h"
-#include "rules/prereq_dialog.h"
-#include "rules/sheet_view.h"
+#include "rules/requirements/prereq_dialog.h"
+#include "rules/value/sheet_view.h"
 #include "ui/command_table.h"
 #include "ui/sheet_view.h"
 

@@ -5,7 +5,7 @@
 
 #include <QDialog>
 
-#include "rules/prereq_dialog.h"
+#include "rules/requirements/prereq_dialog.h"
 
 class QLabel;
 class QListWidget;

@@ -13,10 +13,10 @@
 #include <QStyledItemDelegate>
 #include <QVBoxLayout>
 
-#include "rules/apply_rules.h"
-#include "rules/preferences.h"
-#include "rules/rule_library.h"
-#include "rules/take_item.h"
+#include "rules/selection/apply_rules.h"
+#include "rules/value/preferences.h"
+#include "rules/selection/rule_library.h"
+#include "rules/selection/take_item.h"
 #include "ui/frame_geometry.h"
 #include "ui/list_rows.h"
 #include "ui/text_codec.h"

@@ -10,7 +10,7 @@
 #include <optional>
 
 #include "core/window_rect.h"
-#include "rules/select_item.h"
+#include "rules/selection/select_item.h"
 
 class QComboBox;
 class QLineEdit;

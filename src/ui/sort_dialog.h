@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "core/settings.h"
-#include "rules/list_sort.h"
+#include "rules/lists/list_sort.h"
 
 class QWidget;
 

@@ -9,9 +9,9 @@
 #include "core/game_systems.h"
 #include "core/headless_host.h"
 #include "core/scratch_dir.h"
-#include "formats/data_sheet_loader.h"
+#include "formats/datasheet/data_sheet_loader.h"
 #include "formats/data_sheet_merge.h"
-#include "formats/load_data_sheet_dialog.h"
+#include "formats/datasheet/load_data_sheet_dialog.h"
 
 namespace zv::testing {
 namespace {

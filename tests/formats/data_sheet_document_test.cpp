@@ -16,7 +16,7 @@
 #include "core/game_systems.h"
 #include "core/headless_host.h"
 #include "core/scratch_dir.h"
-#include "formats/data_sheet_loader.h"
+#include "formats/datasheet/data_sheet_loader.h"
 
 namespace zv::testing {
 namespace {

@@ -13,13 +13,13 @@
 #include "core/text.h"
 #include "expr/symbols.h"
 #include "formats/data_sheet_document.h"
-#include "formats/data_sheet_loader.h"
-#include "formats/data_sheet_writer.h"
-#include "formats/expr_sheet_symbols.h"
-#include "formats/keywords.h"
-#include "formats/macro_context.h"
-#include "formats/sheet_reader.h"
-#include "formats/sheet_writer.h"
+#include "formats/datasheet/data_sheet_loader.h"
+#include "formats/datasheet/data_sheet_writer.h"
+#include "formats/sheet/expr_sheet_symbols.h"
+#include "formats/tokens/keywords.h"
+#include "formats/macro/macro_context.h"
+#include "formats/sheet/sheet_reader.h"
+#include "formats/sheet/sheet_writer.h"
 
 namespace zv::testing {
 namespace {

@@ -8,9 +8,9 @@
 
 #include "core/game_systems.h"
 #include "core/headless_host.h"
-#include "formats/data_sheet_reader.h"
-#include "formats/keywords.h"
-#include "formats/level_warnings.h"
+#include "formats/datasheet/data_sheet_reader.h"
+#include "formats/tokens/keywords.h"
+#include "formats/sheet/level_warnings.h"
 
 namespace zv::testing {
 namespace {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/game_system.h"
-#include "formats/data_sheet_sort.h"
+#include "formats/datasheet/data_sheet_sort.h"
 
 namespace zv::testing {
 namespace {

@@ -6,9 +6,9 @@
 
 #include "core/headless_host.h"
 #include "formats/dispatch.h"
-#include "formats/keywords.h"
+#include "formats/tokens/keywords.h"
 #include "formats/print_template_header.h"
-#include "formats/tokenstream.h"
+#include "formats/tokens/tokenstream.h"
 
 namespace zv {
 namespace {

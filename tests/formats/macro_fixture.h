@@ -10,7 +10,7 @@
 
 #include "core/headless_host.h"
 #include "core/numbers.h"
-#include "formats/macro_context.h"
+#include "formats/macro/macro_context.h"
 
 namespace zv::testing {
 

@@ -1,6 +1,6 @@
 // Dialogs and their fields in the sheet grammar.
 
-#include "formats/keywords.h"
+#include "formats/tokens/keywords.h"
 #include "sheet_test_support.h"
 
 namespace zv::testing {

@@ -3,7 +3,7 @@
 
 #include "core/list_total.h"
 #include "expr/symbols.h"
-#include "formats/expr_sheet_symbols.h"
+#include "formats/sheet/expr_sheet_symbols.h"
 #include "sheet_test_support.h"
 
 namespace zv::testing {

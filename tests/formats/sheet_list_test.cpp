@@ -1,7 +1,7 @@
 // Lists, items and options of the sheet grammar.
 
 #include "core/option.h"
-#include "formats/keywords.h"
+#include "formats/tokens/keywords.h"
 #include "sheet_test_support.h"
 
 namespace zv::testing {

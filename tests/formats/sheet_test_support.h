@@ -19,10 +19,10 @@
 #include "core/host.h"
 #include "core/numbers.h"
 #include "core/text.h"
-#include "formats/level_warnings.h"
-#include "formats/sheet_reader.h"
-#include "formats/sheet_symbols.h"
-#include "formats/sheet_writer.h"
+#include "formats/sheet/level_warnings.h"
+#include "formats/sheet/sheet_reader.h"
+#include "formats/sheet/sheet_symbols.h"
+#include "formats/sheet/sheet_writer.h"
 
 namespace zv::testing {
 

@@ -2,7 +2,7 @@
 // forms.
 
 #include "core/game_system.h"
-#include "formats/keywords.h"
+#include "formats/tokens/keywords.h"
 #include "sheet_test_support.h"
 
 namespace zv::testing {

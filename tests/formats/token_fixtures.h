@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "formats/tokenstream.h"
+#include "formats/tokens/tokenstream.h"
 
 namespace zv::testing {
 

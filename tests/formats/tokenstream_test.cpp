@@ -1,13 +1,13 @@
 // Reading the token stream: form detection, binary decoding, the text character and word rules.
 
-#include "formats/tokenstream.h"
+#include "formats/tokens/tokenstream.h"
 
 #include <gtest/gtest.h>
 
 #include <vector>
 
 #include "core/headless_host.h"
-#include "formats/keywords.h"
+#include "formats/tokens/keywords.h"
 #include "token_fixtures.h"
 
 namespace zv {

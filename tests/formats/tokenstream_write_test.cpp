@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "core/headless_host.h"
-#include "formats/keywords.h"
-#include "formats/tokenstream.h"
+#include "formats/tokens/keywords.h"
+#include "formats/tokens/tokenstream.h"
 #include "token_fixtures.h"
 
 namespace zv {

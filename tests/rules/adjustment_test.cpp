@@ -1,8 +1,8 @@
 // The adjustment language: what an item's `adj` text does to variables and category bonuses as
 // the item comes and goes, and its faults.
 
-#include "rules/adjustment.h"
-#include "rules/categories.h"
+#include "rules/value/adjustment.h"
+#include "rules/value/categories.h"
 
 #include "expr/compiler.h"
 #include "sheet_fixture.h"

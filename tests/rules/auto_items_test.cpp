@@ -8,10 +8,10 @@
 #include "core/random.h"
 #include "core/undo.h"
 #include "list_fixture.h"
-#include "rules/auto_items.h"
-#include "rules/edit.h"
-#include "rules/list_undo.h"
-#include "rules/place_item.h"
+#include "rules/auto/auto_items.h"
+#include "rules/value/edit.h"
+#include "rules/lists/list_undo.h"
+#include "rules/lists/place_item.h"
 
 namespace zv::testing {
 namespace {

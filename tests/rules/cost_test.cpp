@@ -1,8 +1,8 @@
 // Rounding modes and the total cost from basecost, addition, multiplier and side cost.
 
-#include "rules/cost.h"
-#include "rules/multipliers.h"
-#include "rules/tokens.h"
+#include "rules/value/cost.h"
+#include "rules/value/multipliers.h"
+#include "rules/value/tokens.h"
 #include "rules_test_support.h"
 
 namespace zv::testing {

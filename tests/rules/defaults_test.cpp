@@ -1,9 +1,9 @@
 // Default levels: plain defaults, the list form with its sources, the guard against items that
 // default from each other, and child totals of sublists.
 
-#include "rules/defaults.h"
+#include "rules/value/defaults.h"
 #include "expr/symbols.h"
-#include "rules/level.h"
+#include "rules/value/level.h"
 #include "rules_test_support.h"
 
 namespace zv::testing {

@@ -2,11 +2,11 @@
 // expression engine's item fields see them.
 
 #include "expr/item_fields.h"
-#include "rules/dist_adj.h"
+#include "rules/value/dist_adj.h"
 #include "rules/install.h"
-#include "rules/level.h"
-#include "rules/lookup.h"
-#include "rules/option_value.h"
+#include "rules/value/level.h"
+#include "rules/value/lookup.h"
+#include "rules/value/option_value.h"
 #include "rules_test_support.h"
 
 namespace zv::testing {

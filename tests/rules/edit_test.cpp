@@ -2,9 +2,9 @@
 // and views; the flow of a refused value through the preferences; costs, steps, dialog values
 // and variables.
 
-#include "rules/edit.h"
+#include "rules/value/edit.h"
 
-#include "rules/requirements_check.h"
+#include "rules/requirements/requirements_check.h"
 
 #include "sheet_fixture.h"
 

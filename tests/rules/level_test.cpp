@@ -1,7 +1,7 @@
 // Level assignment through the level and cost variables, checks, the reverse search from a cost
 // to a level, stepping to an acceptable level, and the settling of a sheet.
 
-#include "rules/level.h"
+#include "rules/value/level.h"
 #include "core/list_total.h"
 #include "expr/symbols.h"
 #include "rules_test_support.h"

@@ -8,7 +8,7 @@
 #include "core/game_system.h"
 #include "expr/compiler.h"
 #include "rules/install.h"
-#include "rules/list_ops.h"
+#include "rules/lists/list_ops.h"
 #include "sheet_fixture.h"
 
 namespace zv::testing {

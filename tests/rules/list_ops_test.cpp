@@ -5,9 +5,9 @@
 #include <gtest/gtest.h>
 
 #include "list_fixture.h"
-#include "rules/adjustment.h"
-#include "rules/categories.h"
-#include "rules/visible_rows.h"
+#include "rules/value/adjustment.h"
+#include "rules/value/categories.h"
+#include "rules/lists/visible_rows.h"
 
 namespace zv::testing {
 namespace {

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "core/fileinfo.h"
-#include "rules/list_sort.h"
+#include "rules/lists/list_sort.h"
 
 namespace zv {
 namespace {

@@ -5,8 +5,8 @@
 
 #include "core/undo.h"
 #include "list_fixture.h"
-#include "rules/list_undo.h"
-#include "rules/visible_rows.h"
+#include "rules/lists/list_undo.h"
+#include "rules/lists/visible_rows.h"
 
 namespace zv::testing {
 namespace {

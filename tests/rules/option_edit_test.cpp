@@ -1,7 +1,7 @@
 // Editing an item's options: each edit takes the value's normal form and the item's cost, its
 // list total and the sheet follow; refused edits leave the options as they were.
 
-#include "rules/option_edit.h"
+#include "rules/value/option_edit.h"
 
 #include "sheet_fixture.h"
 

@@ -3,9 +3,9 @@
 
 #include <cmath>
 
-#include "rules/multipliers.h"
-#include "rules/option_refs.h"
-#include "rules/option_value.h"
+#include "rules/value/multipliers.h"
+#include "rules/value/option_refs.h"
+#include "rules/value/option_value.h"
 #include "rules_test_support.h"
 
 namespace zv::testing {

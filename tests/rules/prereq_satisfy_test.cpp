@@ -3,9 +3,9 @@
 // boxes and the chain that stops a requirement coming round; the requirements dialog's rows and
 // buttons; the check of a sheet's requirements after a level change.
 
-#include "rules/prereq_satisfy.h"
-#include "rules/prereq_dialog.h"
-#include "rules/requirements_check.h"
+#include "rules/requirements/prereq_satisfy.h"
+#include "rules/requirements/prereq_dialog.h"
+#include "rules/requirements/requirements_check.h"
 #include "selection_support.h"
 
 namespace zv::testing {

@@ -1,6 +1,6 @@
 // The Recalculate command over the lists of a sheet and of its dialogs' list fields.
 
-#include "rules/recalculate.h"
+#include "rules/value/recalculate.h"
 
 #include "core/dialog.h"
 #include "sheet_fixture.h"

@@ -2,7 +2,7 @@
 // connector tested against a sheet, the display texts, the excluded test and the flags that waive
 // the check.
 
-#include "rules/requirements.h"
+#include "rules/requirements/requirements.h"
 
 #include "sheet_lists_support.h"
 

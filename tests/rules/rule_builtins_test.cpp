@@ -6,8 +6,8 @@
 #include "expr/expr_error.h"
 #include "expr/item_fields.h"
 #include "expr/symbols.h"
-#include "rules/categories.h"
-#include "rules/level.h"
+#include "rules/value/categories.h"
+#include "rules/value/level.h"
 #include "sheet_lists_support.h"
 
 namespace zv::testing {

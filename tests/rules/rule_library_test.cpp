@@ -6,8 +6,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "rules/apply_rules.h"
-#include "rules/rule_sets.h"
+#include "rules/selection/apply_rules.h"
+#include "rules/selection/rule_sets.h"
 #include "selection_support.h"
 
 namespace zv::testing {

@@ -2,8 +2,8 @@
 // "!" entries, Not (and the exception of the prefix rule), DuplicatesOnly, groups that always
 // pass, expressions of numbers and texts, and requirements tested against a list of the sheet.
 
-#include "rules/rule.h"
-#include "rules/rule_sets.h"
+#include "rules/selection/rule.h"
+#include "rules/selection/rule_sets.h"
 #include "selection_support.h"
 
 namespace zv::testing {

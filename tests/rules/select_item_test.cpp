@@ -2,10 +2,10 @@
 // that pass the rules, the search that goes round, the messages when nothing is left, reference
 // items, and taking an item (duplicates, requirements, the copy, the list's maximum).
 
-#include "rules/select_item.h"
+#include "rules/selection/select_item.h"
 
 #include "core/strfmt.h"
-#include "rules/take_item.h"
+#include "rules/selection/take_item.h"
 #include "selection_support.h"
 
 namespace zv::testing {

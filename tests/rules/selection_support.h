@@ -9,9 +9,9 @@
 #include <string>
 
 #include "core/game_systems.h"
-#include "rules/place_item.h"
-#include "rules/preferences.h"
-#include "rules/rule_library.h"
+#include "rules/lists/place_item.h"
+#include "rules/value/preferences.h"
+#include "rules/selection/rule_library.h"
 #include "sheet_lists_support.h"
 
 namespace zv::testing {

@@ -7,9 +7,9 @@
 
 #include "core/list_total.h"
 #include "expr/symbols.h"
-#include "rules/level.h"
-#include "rules/preferences.h"
-#include "rules/sheet_view.h"
+#include "rules/value/level.h"
+#include "rules/value/preferences.h"
+#include "rules/value/sheet_view.h"
 #include "rules_test_support.h"
 
 namespace zv::testing {

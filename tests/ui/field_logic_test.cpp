@@ -12,7 +12,7 @@
 #include "core/fileinfo.h"
 #include "core/text.h"
 #include "expr/symbols.h"
-#include "formats/keywords.h"
+#include "formats/tokens/keywords.h"
 #include "ui/command_table.h"
 #include "ui/field_geometry.h"
 #include "ui/field_values.h"

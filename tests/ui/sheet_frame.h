@@ -20,7 +20,7 @@
 #include "core/app_settings.h"
 #include "core/game_systems.h"
 #include "core/settings.h"
-#include "formats/data_sheet_loader.h"
+#include "formats/datasheet/data_sheet_loader.h"
 #include "ui/dialog_window.h"
 #include "ui/list_panel.h"
 #include "ui/main_frame.h"
