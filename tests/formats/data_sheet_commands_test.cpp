@@ -65,14 +65,14 @@ TEST_F(DataSheetCommandsTest, TheDialogMovesLoadedNamesAndRewritesDefaultsWithou
   LoadDataSheetDialogModel dialog(settings);
   EXPECT_EQ(joined(dialog.available()), "brindle.cds");
   EXPECT_EQ(joined(dialog.loaded()), "ashgrove.cds pinewood.chr");
-  ASSERT_TRUE(dialog.unload(0, false));
+  ASSERT_TRUE(dialog.unload(0, LoadDataSheetDialogModel::Unload::Only));
   EXPECT_EQ(joined(dialog.available()), "ashgrove.cds brindle.cds");
   // brindle brings ashgrove along as its dependency: both move.
   ASSERT_TRUE(dialog.load(1));
   EXPECT_EQ(joined(dialog.available()), "");
   EXPECT_EQ(joined(dialog.loaded()), "pinewood.chr brindle.cds ASHGROVE.cds");
   const std::int32_t oldId = findLoadedDataSheet("pinewood.chr")->id;
-  ASSERT_TRUE(dialog.unload(0, true));  // Shift: loaded again at once
+  ASSERT_TRUE(dialog.unload(0, LoadDataSheetDialogModel::Unload::ThenLoadAgain));  // Shift: loaded again at once
   EXPECT_GT(findLoadedDataSheet("pinewood.chr")->id, oldId);
 
   dialog.addDefault("brindle.cds");
