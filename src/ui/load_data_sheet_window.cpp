@@ -80,8 +80,7 @@ LoadDataSheetWindow::LoadDataSheetWindow(Settings& settings, QWidget* parent)
   connect(unload_, &QPushButton::clicked, this, &LoadDataSheetWindow::unloadSelected);
   connect(addFromAvailable_, &QPushButton::clicked, this, [this] { addDefaultFrom(available_); });
   connect(addFromLoaded_, &QPushButton::clicked, this, [this] { addDefaultFrom(loaded_); });
-  connect(removeDefault_, &QPushButton::clicked, this,
-          &LoadDataSheetWindow::removeSelectedDefault);
+  connect(removeDefault_, &QPushButton::clicked, this, &LoadDataSheetWindow::removeSelectedDefault);
   connect(close_, &QPushButton::clicked, this, &QDialog::accept);
   connect(available_, &QListWidget::itemDoubleClicked, this, &LoadDataSheetWindow::loadSelected);
   connect(loaded_, &QListWidget::itemDoubleClicked, this, &LoadDataSheetWindow::unloadSelected);

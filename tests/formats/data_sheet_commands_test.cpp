@@ -9,8 +9,8 @@
 #include "core/game_systems.h"
 #include "core/headless_host.h"
 #include "core/scratch_dir.h"
-#include "formats/datasheet/data_sheet_loader.h"
 #include "formats/data_sheet_merge.h"
+#include "formats/datasheet/data_sheet_loader.h"
 #include "formats/datasheet/load_data_sheet_dialog.h"
 
 namespace zv::testing {
@@ -72,7 +72,8 @@ TEST_F(DataSheetCommandsTest, TheDialogMovesLoadedNamesAndRewritesDefaultsWithou
   EXPECT_EQ(joined(dialog.available()), "");
   EXPECT_EQ(joined(dialog.loaded()), "pinewood.chr brindle.cds ASHGROVE.cds");
   const std::int32_t oldId = findLoadedDataSheet("pinewood.chr")->id;
-  ASSERT_TRUE(dialog.unload(0, LoadDataSheetDialogModel::Unload::ThenLoadAgain));  // Shift: loaded again at once
+  ASSERT_TRUE(dialog.unload(
+      0, LoadDataSheetDialogModel::Unload::ThenLoadAgain));  // Shift: loaded again at once
   EXPECT_GT(findLoadedDataSheet("pinewood.chr")->id, oldId);
 
   dialog.addDefault("brindle.cds");
