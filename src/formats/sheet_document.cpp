@@ -226,12 +226,16 @@ bool saveSheet(FileInfo& sheet, bool askName, const DocumentContext& context) {
   return writeSheetDocument(sheet, target, fileType, context);
 }
 
+Button askToSaveChanges(const FileInfo& document) {
+  return askQuestion(
+      severityTitle(Severity::Message),
+      strprintf("File '%s' has been changed.\n\nSave Changes?", std::string(document.name.str())),
+      ButtonSet::YesNoCancel);
+}
+
 bool closeQuery(FileInfo& sheet, const DocumentContext& context) {
   if (!sheet.changed()) return true;
-  Button answer = askQuestion(
-      severityTitle(Severity::Message),
-      strprintf("File '%s' has been changed.\n\nSave Changes?", std::string(sheet.name.str())),
-      ButtonSet::YesNoCancel);
+  Button answer = askToSaveChanges(sheet);
   if (answer == Button::Yes) return saveSheet(sheet, false, context);
   return answer == Button::No;
 }

@@ -144,7 +144,7 @@ void MainFrame::addMenuEntries(QMenu* menu, std::span<const MenuEntry> entries) 
     if (!entry.shortcut.empty())
       action->setShortcut(QKeySequence(
           QString::fromLatin1(entry.shortcut.data(), static_cast<int>(entry.shortcut.size()))));
-    action->setProperty("needsSheet", entry.needsSheet);
+    action->setProperty("needs", static_cast<int>(entry.needs));
     int command = entry.command;
     connect(action, &QAction::triggered, this, [this, command] { runCommand(command); });
     commandActions_.push_back(action);

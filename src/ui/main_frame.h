@@ -21,6 +21,8 @@
 
 namespace zv::ui {
 
+class DataSheetWindow;
+
 /// The environment variable that marks a process started by this program's own hand-over of a
 /// file to the system: such a process was chosen by the system for a type it can't read.
 inline constexpr const char* kHandOverVariable = "ZARVELIN_HAND_OVER";
@@ -60,6 +62,17 @@ class MainFrame : public QMainWindow {
   bool saveAll();
   /// Opens a character sheet (fileType 1) or template (2) in its windows; null after a message.
   QMdiSubWindow* openSheet(const std::string& path, int fileType);
+  /// Opens a data sheet as a document in a window of its own; null after a message.
+  QMdiSubWindow* openDataSheet(const std::string& path);
+  /// The data sheet of the active window; null when the active window isn't a data sheet's.
+  DataSheetWindow* activeDataSheet() const;
+  /// Every open data sheet window, in the frame's order of windows.
+  std::vector<DataSheetWindow*> dataSheetWindows() const;
+  /// The Load Data Sheet dialog (command 1050), modal.
+  void showLoadDataSheetDialog();
+  /// Merge Data Sheet into the active data sheet: the file is asked for, then merged. False when
+  /// nothing was merged.
+  bool mergeIntoActiveDataSheet();
   /// The sheet of the active window; null when the active window isn't a sheet's.
   SheetView* activeSheet() const;
   /// Every open sheet, in the order they were opened.

@@ -13,7 +13,7 @@
 #include "core/scratch_dir.h"
 #include "core/text.h"
 #include "expr/symbols.h"
-#include "formats/datasheet/data_sheet_document.h"
+#include "formats/data_sheet_document.h"
 #include "formats/datasheet/data_sheet_loader.h"
 #include "formats/datasheet/data_sheet_writer.h"
 #include "formats/macro/macro_context.h"
@@ -307,11 +307,11 @@ TEST_F(DataSheetLoaderTest, ALoadInsideAMacroReadRestoresTheOuterContext) {
 
 TEST_F(DataSheetLoaderTest, BinaryDataSheetsNeverPassThroughTheMacroProcessor) {
   dir.write("odd.cds", std::string(kHead) + "cat Tools item Lathe end end");
-  DataSheetContents contents;
-  ASSERT_TRUE(readDataSheetContents(dir / "odd.cds", contents));
-  contents.system->findCategory("Tools")->items[0]->name = "Lathe $(Size)";
+  std::unique_ptr<DataSheetDocument> document = openDataSheetDocument(dir / "odd.cds");
+  ASSERT_TRUE(document);
+  document->findCategory("Tools")->children[0]->name = "Lathe $(Size)";
   MemoryByteStream binary;
-  ASSERT_EQ(writeDataSheet(contents.file, *contents.system, binary, true), kWriteOk);
+  ASSERT_EQ(writeDataSheetDocument(*document, binary, true), kWriteOk);
   dir.write("odd.cds", binary.data());
   ASSERT_TRUE(load("odd.cds")) << lastMessage();
   EXPECT_EQ(names(tools().items), "Lathe $(Size)");

@@ -53,13 +53,14 @@ bool LoadDataSheetDialogModel::load(std::size_t availableRow) {
   return ok;
 }
 
-bool LoadDataSheetDialogModel::unload(std::size_t loadedRow, bool reloadAtOnce) {
+bool LoadDataSheetDialogModel::unload(std::size_t loadedRow, Unload how) {
   if (loadedRow >= loaded_.size()) return false;
   const std::string name = loaded_[loadedRow];
   GameSystem* system = nullptr;
   OpenDataSheet* sheet = findLoadedDataSheet(name, &system);
   bool ok = sheet != nullptr && unloadDataSheetById(*system, sheet->id);
-  if (ok && reloadAtOnce) ok = loadDataSheet(findDataFile(engine().dataSheets.dataDir, name), name);
+  if (ok && how == Unload::ThenLoadAgain)
+    ok = loadDataSheet(findDataFile(engine().dataSheets.dataDir, name), name);
   refresh();
   return ok;
 }
