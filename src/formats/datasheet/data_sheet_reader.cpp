@@ -15,6 +15,7 @@
 #include "formats/datasheet/data_sheet_sort.h"
 #include "formats/macro/macro_context.h"
 #include "formats/sheet/sheet_grammar.h"
+#include "formats/sheet/sheet_reader.h"
 
 namespace zv {
 
