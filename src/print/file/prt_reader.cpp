@@ -150,7 +150,7 @@ void TemplateReader::readTabs(TextProperties& text) {
   std::int16_t count = i16();
   text.tabs.clear();
   for (int i = 0; i < count; ++i) {
-    TabStop tab;
+    TemplateTab tab;
     for (;;) {
       std::uint16_t code = pcode();
       if (code == kTabPosition) {

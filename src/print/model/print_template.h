@@ -24,10 +24,10 @@ inline constexpr std::uint16_t kDefaultTabWidth = 720;
 enum class Justification : std::uint16_t { Left = 0, Right = 1, Centred = 2, Justified = 3 };
 enum class TabType : std::uint16_t { Left = 0, Right = 1, Centred = 2, Decimal = 3 };
 
-struct TabStop {
+struct TemplateTab {
   std::int16_t position = 0;  ///< twips; negative counts from the right edge
   std::uint16_t type = 0;     ///< a TabType
-  bool operator==(const TabStop&) const = default;
+  bool operator==(const TemplateTab&) const = default;
 };
 
 struct TextProperties {
@@ -45,7 +45,7 @@ struct TextProperties {
   std::uint16_t columns = 0;
   std::uint16_t columnSpacing = 0;
   std::uint16_t tabWidth = kDefaultTabWidth;
-  std::vector<TabStop> tabs;
+  std::vector<TemplateTab> tabs;
   std::uint16_t rotation = 0;  ///< tenths of a degree: 0, 900, 1800 or 2700
 
   bool operator==(const TextProperties&) const = default;
