@@ -21,6 +21,7 @@ constexpr CommandEntry kCommands[] = {
     {"eval", runEval},         {"expand", runExpand},   {"load-data", runLoadData},
     {"recalc", runRecalc},     {"roll", runRoll},       {"add", runAdd},
     {"delete", runDelete},     {"offer", runOffer},     {"requirements", runRequirements},
+    {"print", runPrint},
 };
 
 /// Takes the global options from the front of `args`; false on a bad option.
@@ -111,6 +112,11 @@ std::string helpText() {
          "                     it added automatically, and save in place or to OUT\n"
          "  requirements SHEET each item with requirements: whether they hold, and each\n"
          "                     requirement's line marked [x] (holds) or [ ] (doesn't)\n"
+         "  print SHEET [--template PRT] --pdf OUT\n"
+         "                     print the sheet through a print template (the sheet's own,\n"
+         "                     else the first of its game system in the data directory)\n"
+         "                     into a PDF, on A4 or US Letter by the locale, in the\n"
+         "                     template's orientation; needs no display\n"
          "  roll DICE          the die roller's result for a dice text such as 3d6+2,\n"
          "                     3:4d6, 5c100, 5p52 or 6*3d6 (blanks are ignored)\n"
          "\n"

@@ -58,6 +58,7 @@ int runEval(Context& context, const std::vector<std::string>& args);
 int runExpand(Context& context, const std::vector<std::string>& args);
 int runLoadData(Context& context, const std::vector<std::string>& args);
 int runRecalc(Context& context, const std::vector<std::string>& args);
+int runPrint(Context& context, const std::vector<std::string>& args);
 int runRoll(Context& context, const std::vector<std::string>& args);
 int runOffer(Context& context, const std::vector<std::string>& args);
 int runRequirements(Context& context, const std::vector<std::string>& args);
