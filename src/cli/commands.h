@@ -55,6 +55,7 @@ int runConvert(Context& context, const std::vector<std::string>& args);
 int runDump(Context& context, const std::vector<std::string>& args);
 int runEval(Context& context, const std::vector<std::string>& args);
 int runExpand(Context& context, const std::vector<std::string>& args);
+int runFilter(Context& context, const std::vector<std::string>& args);
 int runLoadData(Context& context, const std::vector<std::string>& args);
 int runRecalc(Context& context, const std::vector<std::string>& args);
 int runRoll(Context& context, const std::vector<std::string>& args);

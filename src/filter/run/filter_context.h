@@ -44,4 +44,16 @@ struct FilterRunOptions {
   std::string label = "<string>";
 };
 
+/// The two preferences of a run as the game system's preferences give them: "UseAliases" is on
+/// when it exists and doesn't begin with "0"; "PrintInheritedOptions" is on unless it begins
+/// with "0".
+inline void applyFilterPreferences(FilterRunOptions& options,
+                                   const std::optional<std::string>& useAliases,
+                                   const std::optional<std::string>& printInheritedOptions) {
+  options.useAliases =
+      useAliases.has_value() && !(!useAliases->empty() && useAliases->front() == '0');
+  options.printInheritedOptions = !(printInheritedOptions && !printInheritedOptions->empty() &&
+                                    printInheritedOptions->front() == '0');
+}
+
 }  // namespace zv
