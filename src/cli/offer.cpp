@@ -7,9 +7,9 @@
 #include "core/strfmt.h"
 #include "core/text.h"
 #include "expr/builtins_items.h"
-#include "rules/value/preferences.h"
 #include "rules/selection/rule_library.h"
 #include "rules/selection/select_item.h"
+#include "rules/value/preferences.h"
 
 namespace zv::cli {
 

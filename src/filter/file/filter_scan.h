@@ -23,6 +23,11 @@ FilterSummary scanFilterText(std::string_view text);
 /// Scans a file; a file that can't be read is no filter.
 FilterSummary scanFilterFile(const std::filesystem::path& path);
 
+/// The recogniser's check of a ".flt" file: the quick scan finds @gamesystem or @description.
+inline bool filterHeaderReads(const std::filesystem::path& path) {
+  return scanFilterFile(path).isFilter;
+}
+
 /// A filter offered to the user: its file name (in the data directory) and what its scan says.
 struct AvailableFilter {
   std::string fileName;
