@@ -95,8 +95,10 @@ constexpr std::array<MenuEntry, 1> kFileTail{{
     {"E&xit", kFileExit, "Ctrl+Q", false},
 }};
 
-constexpr std::array<MenuEntry, 4> kEdit{{
+constexpr std::array<MenuEntry, 6> kEdit{{
     {"&Undo", kEditUndo, "Ctrl+Z", true},
+    {"", 0, "", false},
+    {"Copy Through &Filter...", kEditFilterCopy, "Ctrl+Shift+C", true},
     {"", 0, "", false},
     {"&Delete", kEditClear, "", true},
     {"Select &All", kEditSelectAll, "", true},
