@@ -6,6 +6,8 @@
 #include "cli/open_sheet.h"
 #include "core/atomic_file.h"
 #include "core/messages.h"
+#include "core/text.h"
+#include "filter/rich/clipboard.h"
 #include "filter/run/filter_file_run.h"
 #include "utilities/game_system_preferences.h"
 
@@ -34,12 +36,13 @@ bool parseDate(const std::string& text, LocalTime& time) {
 
 }  // namespace
 
-// filter SHEET FILTER [-o OUT] [--date YYYY-MM-DD] [--short-date PATTERN]
+// filter SHEET FILTER [-o OUT] [--date YYYY-MM-DD] [--short-date PATTERN] [--clipboard FORMAT]
 int runFilter(Context& context, const std::vector<std::string>& args) {
   std::vector<std::string> words;
   std::string output;
   if (!splitOutputOption(args, words, output)) return 2;
   std::vector<std::string> files;
+  std::optional<std::string> clipboardFormat;
   FilterContext filters;
   filters.dataDir = context.dataDir();
   filters.askForFilters = false;
@@ -54,6 +57,11 @@ int runFilter(Context& context, const std::vector<std::string>& args) {
     } else if (words[i] == "--short-date") {
       if (i + 1 >= words.size()) return usageError("--short-date needs a pattern such as m/d/yy");
       filters.shortDatePattern = words[++i];
+    } else if (words[i] == "--clipboard") {
+      if (i + 1 >= words.size()) {
+        return usageError("--clipboard needs a format such as Text or \"Rich Text Format\"");
+      }
+      clipboardFormat = words[++i];
     } else if (words[i].size() > 2 && words[i].compare(0, 2, "--") == 0) {
       return usageError("unknown option '" + words[i] + "' for filter");
     } else {
@@ -70,6 +78,21 @@ int runFilter(Context& context, const std::vector<std::string>& args) {
   FilterDocument document;
   std::optional<std::string> block = runFilterFile(*sheet, document, files[1], options, filters);
   if (!block) return 1;
+  if (clipboardFormat) {
+    // What Copy Through Filter puts on the clipboard under that format.
+    ClipboardContents contents = clipboardContentsFor(document, *block);
+    bool found = false;
+    for (const ClipboardEntry& entry : contents.entries) {
+      if (equalsIgnoringCase(entry.format, *clipboardFormat)) {
+        *block = entry.bytes;
+        found = true;
+      }
+    }
+    if (!found) {
+      showError(strprintf("The filter puts nothing on the clipboard as %s.", *clipboardFormat));
+      return 1;
+    }
+  }
   if (output.empty()) {
     std::fwrite(block->data(), 1, block->size(), stdout);
     std::fflush(stdout);

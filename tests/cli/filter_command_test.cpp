@@ -211,3 +211,41 @@ TEST_F(FilterCommand, IdentifyFindsFiltersByTheirHeader) {
 
 }  // namespace
 }  // namespace zv
+
+namespace zv {
+namespace {
+
+TEST_F(FilterCommand, WhatGoesOnTheClipboard) {
+  write("card.flt", "@gamesystem Tiny\n\\@bold\n%@Main.Name%\n");
+  write("page.flt",
+        "@gamesystem Tiny\n@clipformat HTML Format\n<html><body>\n%@Main.Name%\n</body></html>\n");
+  struct Case {
+    const char* filter;
+    const char* format;
+    int exitCode;
+    std::string out;
+    std::string err;
+  };
+  const Case cases[] = {
+      {"card.flt", "Rich Text Format", 0,
+       "{\\rtf\\ansi\\ansicpg1252\\plain\\b B\\'E9o & Co\\par\r\n\r\n}", ""},
+      {"card.flt", "text", 0, "B\xE9o & Co\r\n", ""},
+      {"card.flt", "HTML Format", 1, "",
+       "[Error] The filter puts nothing on the clipboard as HTML Format.\n"},
+      {"page.flt", "Text", 0, "<html><body>\nB\xE9o & Co\n</body></html>\n", ""},
+      {"page.flt", "HTML Format", 0,
+       "Version:0.9\r\nStartHTML:000089\r\nEndHTML:000169\r\nStartFragment:000124\r\n"
+       "EndFragment:000133\r\n<html><body>\n<!--StartFragment-->\r\nB\xC3)o & Co"
+       "<!--EndFragment-->\r\n\n</body></html>\n",
+       ""},
+  };
+  for (const Case& c : cases) {
+    auto result = run({"filter", at("tiny.chr"), c.filter, "--clipboard", c.format});
+    EXPECT_EQ(result.exitCode, c.exitCode) << c.filter << " " << c.format;
+    EXPECT_EQ(result.out, c.out) << c.filter << " " << c.format;
+    EXPECT_EQ(result.err, c.err) << c.filter << " " << c.format;
+  }
+}
+
+}  // namespace
+}  // namespace zv
