@@ -22,6 +22,7 @@ constexpr CommandEntry kCommands[] = {
     {"recalc", runRecalc},     {"roll", runRoll},       {"add", runAdd},
     {"delete", runDelete},     {"offer", runOffer},     {"requirements", runRequirements},
     {"print", runPrint},
+    {"filter", runFilter},
 };
 
 /// Takes the global options from the front of `args`; false on a bad option.
@@ -89,6 +90,15 @@ std::string helpText() {
          "                     expression error goes to stderr with exit status 1; with\n"
          "                     --item, as a formula of that item of the sheet\n"
          "  expand FILE        the macro processor's output for a text data sheet\n"
+         "  filter SHEET FILTER [-o OUT] [--date YYYY-MM-DD] [--short-date PATTERN]\n"
+         "         [--clipboard FORMAT]\n"
+         "                     run a filter (a path, or a name in the data directory) over\n"
+         "                     a sheet; its output, byte for byte, to stdout or OUT; its\n"
+         "                     questions (@gettext) answered from --answers; --date and\n"
+         "                     --short-date fix today's date and the short date pattern;\n"
+         "                     --clipboard gives what Copy Through Filter puts on the\n"
+         "                     clipboard as FORMAT (Text, \"Rich Text Format\", \"HTML\n"
+         "                     Format\" or the filter's own)\n"
          "  load-data NAME...  load data sheets (a path, or a short name in the data\n"
          "                     directory) into their game systems and print them as JSON:\n"
          "                     categories with item counts, options, strings, definitions\n"

@@ -56,6 +56,7 @@ int runConvert(Context& context, const std::vector<std::string>& args);
 int runDump(Context& context, const std::vector<std::string>& args);
 int runEval(Context& context, const std::vector<std::string>& args);
 int runExpand(Context& context, const std::vector<std::string>& args);
+int runFilter(Context& context, const std::vector<std::string>& args);
 int runLoadData(Context& context, const std::vector<std::string>& args);
 int runRecalc(Context& context, const std::vector<std::string>& args);
 int runPrint(Context& context, const std::vector<std::string>& args);

@@ -1,6 +1,7 @@
 #include <iostream>
 
 #include "cli/commands.h"
+#include "filter/file/filter_scan.h"
 #include "formats/file_recognition.h"
 
 namespace zv::cli {
@@ -10,7 +11,10 @@ int runIdentify(Context&, const std::vector<std::string>& args) {
   if (args.empty()) return usageError("identify needs at least one file");
   int status = 0;
   for (const std::string& file : args) {
-    Recognition recognition = recogniseFile(file);
+    RecognitionProbes probes;
+    probes.filterHeaderReads = filterHeaderReads;
+    Recognition recognition = recogniseFile(file, probes);
+    if (recognition.code == kFileFilter) recognition.gameSystem = scanFilterFile(file).gameSystem;
     std::cout << recognition.code << '\t' << recognition.gameSystem << '\t' << file << '\n';
     if (recognition.code == kFileCannotOpen) status = 1;
   }

@@ -6,9 +6,12 @@
 #include "cli/open_sheet.h"
 #include "core/fileinfo.h"
 #include "core/messages.h"
+#include "filter/run/filter_context.h"
 #include "print/file/prt_reader.h"
 #include "print/job/print_checks.h"
+#include "print/produce/filter_box_text.h"
 #include "ui/print/pdf_job.h"
+#include "utilities/game_system_preferences.h"
 
 namespace zv::cli {
 
@@ -66,6 +69,14 @@ int runPrint(Context& context, const std::vector<std::string>& args) {
   OffscreenGui gui;
   ProductionSettings production;
   production.sourceDirectory = context.dataDir();
+  FilterContext filters;
+  filters.dataDir = context.dataDir();
+  filters.askForFilters = false;
+  FilterRunOptions options;
+  PreferenceStore preferences(context.settings());
+  applyFilterPreferences(options, preferences.read(sheet->gameSystemName.str(), "UseAliases"),
+                         preferences.read(sheet->gameSystemName.str(), "PrintInheritedOptions"));
+  production.runText = filterBoxTextRunner(filters, options);
   DrawSettings drawing;
   drawing.sourceDirectory = context.dataDir();
   drawing.showRulesPreference = context.appSettings().showRules;

@@ -20,6 +20,35 @@ std::optional<std::vector<int>> Host::chooseSome(const ChoiceRequest& request) {
   return chosen;
 }
 
+int filterIndexForName(const std::vector<FileFilter>& filters, std::string_view path,
+                       int fallback) {
+  const std::size_t dot = path.rfind('.');
+  const std::size_t slash = path.find_last_of("/\\");
+  if (dot == std::string_view::npos || (slash != std::string_view::npos && dot < slash)) {
+    return fallback;
+  }
+  const std::string_view extension = path.substr(dot);
+  for (std::size_t i = 0; i < filters.size(); ++i) {
+    for (const std::string& pattern : split(filters[i].patterns, ';')) {
+      const std::string trimmed = trim(pattern);
+      if (trimmed.size() > 1 && trimmed.front() == '*' &&
+          equalsIgnoringCase(std::string_view(trimmed).substr(1), extension)) {
+        return static_cast<int>(i);
+      }
+    }
+  }
+  return fallback;
+}
+
+std::optional<SaveFileChoice> Host::chooseSaveFile(const FileRequest& request) {
+  std::vector<std::string> chosen = chooseFiles(request);
+  if (chosen.empty()) return std::nullopt;
+  SaveFileChoice choice;
+  choice.path = chosen.front();
+  choice.filterIndex = filterIndexForName(request.filters, choice.path, request.filterIndex);
+  return choice;
+}
+
 std::string_view severityTitle(Severity severity) {
   switch (severity) {
     case Severity::Error:

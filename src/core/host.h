@@ -62,6 +62,17 @@ struct FileRequest {
   int filterIndex = 0;
 };
 
+/// The answer of a Save dialog: the name chosen and the index of the type (filter) it was saved
+/// as.
+struct SaveFileChoice {
+  std::string path;
+  int filterIndex = 0;
+};
+
+/// The index of the first filter whose patterns match the name's extension (ignoring case);
+/// `fallback` when none does.
+int filterIndexForName(const std::vector<FileFilter>& filters, std::string_view path, int fallback);
+
 struct ProcessResult {
   bool started = false;
   bool finished = false;  ///< false when the time-out ended the wait
@@ -101,6 +112,10 @@ class Host {
   virtual std::optional<std::vector<int>> chooseSome(const ChoiceRequest& request);
   /// Chosen file names; empty when cancelled.
   virtual std::vector<std::string> chooseFiles(const FileRequest& request) = 0;
+  /// The Save dialog with its choice of type: the name and the type chosen; nullopt when
+  /// cancelled. By default through chooseFiles, the type being the first whose pattern matches
+  /// the name's extension, else the request's.
+  virtual std::optional<SaveFileChoice> chooseSaveFile(const FileRequest& request);
 
   virtual void progressBegin(std::string_view title, std::string_view text, int steps) = 0;
   /// Reports progress; returns false when the user asked to cancel.

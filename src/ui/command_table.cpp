@@ -102,8 +102,10 @@ constexpr std::array<MenuEntry, 1> kFileTail{{
     {"E&xit", kFileExit, "Ctrl+Q", kNothing},
 }};
 
-constexpr std::array<MenuEntry, 4> kEdit{{
+constexpr std::array<MenuEntry, 6> kEdit{{
     {"&Undo", kEditUndo, "Ctrl+Z", kSheet},
+    {"", 0, "", kNothing},
+    {"Copy Through &Filter...", kEditFilterCopy, "Ctrl+Shift+C", kSheet},
     {"", 0, "", kNothing},
     {"&Delete", kEditClear, "", kSheet},
     {"Select &All", kEditSelectAll, "", kSheet},

@@ -34,6 +34,7 @@ inline constexpr int kFileMergeDataSheet = 1051;
 inline constexpr int kFileSaveAll = 1076;
 inline constexpr int kEditUndo = 1080;
 inline constexpr int kEditClear = 1084;
+inline constexpr int kEditFilterCopy = 1085;
 inline constexpr int kEditSelectAll = 1086;
 inline constexpr int kToolsSort = 1100;
 inline constexpr int kToolsSelectItem = 1101;

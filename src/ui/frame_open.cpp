@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "core/messages.h"
+#include "filter/file/filter_scan.h"
 #include "formats/dispatch.h"
 #include "ui/main_frame.h"
 #include "ui/not_yet_supported.h"
@@ -34,6 +35,7 @@ QMdiSubWindow* MainFrame::openFile(const std::string& path, bool forceText) {
     request.path = path;
     request.forceText = forceText;
     request.editor = appSettings_.effectiveEditor();
+    request.probes.filterHeaderReads = filterHeaderReads;
     decision = decideOpen(request);
   }
   switch (decision.action) {

@@ -10,16 +10,21 @@
 #include "core/paths.h"
 #include "core/undo.h"
 #include "formats/data_sheet_document.h"
+#include "filter/rich/clipboard.h"
+#include "filter/run/filter_file_run.h"
+#include "filter/run/save_filtered.h"
 #include "formats/sheet_document.h"
 #include "rules/requirements/requirements.h"
 #include "ui/data_sheet_window.h"
 #include "ui/dialog_window.h"
+#include "ui/filter_clipboard.h"
 #include "ui/list_commands.h"
 #include "ui/list_panel.h"
 #include "ui/main_frame.h"
 #include "ui/new_file_dialog.h"
 #include "ui/sheet_subwindow.h"
 #include "ui/text_codec.h"
+#include "utilities/game_system_preferences.h"
 
 namespace zv::ui {
 
@@ -103,6 +108,14 @@ std::vector<SheetView*> MainFrame::sheets() const {
   return open;
 }
 
+FilterRunOptions MainFrame::filterRunOptions(const FileInfo& sheet) {
+  FilterRunOptions options;
+  PreferenceStore preferences(settings_);
+  applyFilterPreferences(options, preferences.read(sheet.gameSystemName.str(), "UseAliases"),
+                         preferences.read(sheet.gameSystemName.str(), "PrintInheritedOptions"));
+  return options;
+}
+
 bool MainFrame::saveActive(bool askName) {
   SheetView* view = activeSheet();
   if (view == nullptr) {
@@ -113,9 +126,34 @@ bool MainFrame::saveActive(bool askName) {
     return saved;
   }
   view->commitPendingEdit();
-  bool saved = saveSheet(view->sheet(), askName, documentContext());
+  FileInfo& sheet = view->sheet();
+  bool saved = false;
+  if (askName || sheet.isNew()) {
+    filterContext_.dataDir = appSettings_.sourceDirectory;
+    saved = saveSheetAs(sheet, documentContext(), filterRunOptions(sheet), filterContext_);
+  } else {
+    saved = saveSheet(sheet, false, documentContext());
+  }
   view->refreshTitles();
   return saved;
+}
+
+bool MainFrame::copyThroughFilter(const std::string& filterName) {
+  SheetView* view = activeSheet();
+  if (view == nullptr) return false;
+  view->commitPendingEdit();
+  FileInfo& sheet = view->sheet();
+  filterContext_.dataDir = appSettings_.sourceDirectory;
+  filterContext_.askForFilters = appSettings_.askForFilters;
+  FilterDocument document;
+  std::optional<std::string> block;
+  {
+    BusyCursor busy;
+    block = runFilterFile(sheet, document, filterName, filterRunOptions(sheet), filterContext_);
+  }
+  if (!block) return false;
+  QtClipboardSink clipboard;
+  return putOnClipboard(clipboard, document, *block);
 }
 
 bool MainFrame::saveAll() {
@@ -190,6 +228,9 @@ void MainFrame::runCommand(int command) {
     case kFileMergeDataSheet:
       mergeIntoActiveDataSheet();
       break;
+    case kEditFilterCopy:
+      copyThroughFilter();
+      break;
     case kFileExit:
       close();
       break;
@@ -254,7 +295,7 @@ void MainFrame::updateCommandStates() {
     if (command == kEditUndo) {
       action->setText(fromSystemText(view != nullptr ? undoMenuText(view->sheet()) : "&Undo"));
       action->setEnabled(view != nullptr && undoCanUndo(view->sheet()));
-    } else if (command == kToolsCheckRequirements) {
+    } else if (command == kToolsCheckRequirements || command == kEditFilterCopy) {
       action->setEnabled(view != nullptr);
     } else if (isListCommand(command)) {
       action->setEnabled(panel != nullptr && panel->commandEnabled(command));

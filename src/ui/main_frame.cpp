@@ -7,6 +7,7 @@
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QFontMetrics>
+#include <QLocale>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
@@ -20,6 +21,7 @@
 #include "core/deletion_list.h"
 #include "core/paths.h"
 #include "ui/dialog_window.h"
+#include "ui/filter_clipboard.h"
 #include "ui/frame_geometry.h"
 #include "ui/list_commands.h"
 #include "ui/list_panel.h"
@@ -60,6 +62,11 @@ MainFrame::MainFrame(Settings& settings, AppSettings& appSettings, QWidget* pare
   statusBar()->setVisible(appSettings_.showStatusBar);
   setAcceptDrops(true);
   joinEngineContext();
+  filterContext_.dataDir = appSettings_.sourceDirectory;
+  filterContext_.askForFilters = appSettings_.askForFilters;
+  filterContext_.shortDatePattern =
+      toSystemText(QLocale::system().dateFormat(QLocale::ShortFormat));
+  filterContext_.convertPicture = convertPictureWithQt;
 }
 
 MainFrame::~MainFrame() {

@@ -14,6 +14,7 @@
 #include "core/engine_context.h"
 #include "core/recent_files.h"
 #include "core/settings.h"
+#include "filter/run/filter_context.h"
 #include "formats/sheet_document.h"
 #include "rules/requirements/prereq_dialog.h"
 #include "ui/command_table.h"
@@ -56,8 +57,13 @@ class MainFrame : public QMainWindow {
   /// A new sheet (fileType 1) or template (2) from a template of the data directory, in its
   /// windows; null after a message.
   QMdiSubWindow* newFromTemplate(const std::string& templateName, int fileType);
-  /// Save (or Save As) of the active sheet; false when cancelled or failed.
+  /// Save (or Save As) of the active sheet; false when cancelled or failed. Save As offers the
+  /// filters of the sheet's game system as types of filtered text.
   bool saveActive(bool askName);
+  /// Edit > Copy Through Filter on the active sheet: the filter's output goes on the clipboard
+  /// as the filter's @clipformat asks (plain text, HTML, RTF). `filterName` given (a name in the
+  /// data directory, as another program's EditFilterCopy names it) skips the choice of filter.
+  bool copyThroughFilter(const std::string& filterName = {});
   /// Save All over every open sheet; false when a save was cancelled or failed.
   bool saveAll();
   /// Opens a character sheet (fileType 1) or template (2) in its windows; null after a message.
@@ -117,6 +123,8 @@ class MainFrame : public QMainWindow {
   void newFile();
   QMdiSubWindow* showSheet(std::unique_ptr<FileInfo> sheet);
   DocumentContext documentContext();
+  /// The choices of a filter run over a sheet, from the preferences of its game system.
+  FilterRunOptions filterRunOptions(const FileInfo& sheet);
   FieldPreferences fieldPreferences() const;
   void rebuildRecentFilesMenu();
   void chooseAndOpenFiles();
@@ -148,6 +156,9 @@ class MainFrame : public QMainWindow {
   /// Hand-overs to the system under way; above 0 when a file came back from the system.
   int handOverDepth_ = 0;
   bool settingsWritten_ = false;
+  /// What filter runs take from the program, kept for its whole life ("Output Suppressed" shows
+  /// once per program run).
+  FilterContext filterContext_;
 };
 
 }  // namespace zv::ui

@@ -312,6 +312,25 @@ std::vector<std::string> QtHost::chooseFiles(const FileRequest& request) {
   return {};
 }
 
+std::optional<SaveFileChoice> QtHost::chooseSaveFile(const FileRequest& request) {
+  ActiveWindowKeeper keeper;
+  QStringList filters = qtFilterStrings(request.filters);
+  QString selected;
+  if (request.filterIndex >= 0 && request.filterIndex < filters.size()) {
+    selected = filters[request.filterIndex];
+  }
+  const QString name =
+      QFileDialog::getSaveFileName(keeper.window(), fromSystemText(request.title),
+                                   startPath(request), filters.join(";;"), &selected);
+  if (name.isEmpty()) return std::nullopt;
+  SaveFileChoice choice;
+  choice.path = nativePaths({name}).front();
+  const int index = static_cast<int>(filters.indexOf(selected));
+  choice.filterIndex =
+      index >= 0 ? index : filterIndexForName(request.filters, choice.path, request.filterIndex);
+  return choice;
+}
+
 void QtHost::progressBegin(std::string_view title, std::string_view text, int steps) {
   progress_ = std::make_unique<QProgressDialog>(fromSystemText(text), QObject::tr("Cancel"), 0,
                                                 std::max(steps, 0), QApplication::activeWindow());

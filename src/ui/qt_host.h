@@ -55,6 +55,8 @@ class QtHost : public Host {
   /// chosen gives an empty answer, Cancel nullopt.
   std::optional<std::vector<int>> chooseSome(const ChoiceRequest& request) override;
   std::vector<std::string> chooseFiles(const FileRequest& request) override;
+  /// The Save dialog; the type is the filter the dialog had selected when the user chose.
+  std::optional<SaveFileChoice> chooseSaveFile(const FileRequest& request) override;
   void progressBegin(std::string_view title, std::string_view text, int steps) override;
   bool progressStep(int done) override;
   void progressEnd() override;
