@@ -3,8 +3,11 @@
 #include "core/atomic_file.h"
 #include "core/messages.h"
 #include "formats/data_sheet_document.h"
+#include "formats/print_template_header.h"
 #include "formats/sheet/sheet_writer.h"
 #include "formats/tokens/tokenstream.h"
+#include "print/file/prt_reader.h"
+#include "print/file/prt_writer.h"
 
 namespace zv::cli {
 
@@ -26,6 +29,13 @@ int convertDataSheet(Context& context, const std::string& in, const std::string&
   return 0;
 }
 
+/// A print template read and written again, byte for byte when it was written by the program.
+int convertPrintTemplate(const std::string& in, const std::string& out) {
+  std::unique_ptr<PrintTemplate> tmpl = readPrintTemplate(in);
+  if (!tmpl) return 1;
+  return writePrintTemplate(*tmpl, out) == 0 ? 0 : 1;
+}
+
 }  // namespace
 
 // convert IN OUT [--text|--binary]: reads a sheet or template and writes it in the form asked,
@@ -44,6 +54,7 @@ int runConvert(Context& context, const std::vector<std::string>& args) {
     }
   }
   if (files.size() != 2) return usageError("convert takes an input and an output file");
+  if (readPrintTemplateHeader(files[0])) return convertPrintTemplate(files[0], files[1]);
   if (isDataSheetFile(files[0])) return convertDataSheet(context, files[0], files[1], binary);
 
   std::unique_ptr<FileInfo> sheet = openSheet(files[0]);
