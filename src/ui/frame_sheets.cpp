@@ -137,11 +137,15 @@ bool MainFrame::copyThroughFilter(const std::string& filterName) {
   FileInfo& sheet = view->sheet();
   filterContext_.dataDir = appSettings_.sourceDirectory;
   filterContext_.askForFilters = appSettings_.askForFilters;
+  // The filter is chosen first; the run then goes on under the busy cursor.
+  std::optional<std::filesystem::path> filter = chooseFilter(sheet, filterContext_, filterName);
+  if (!filter) return false;
   FilterDocument document;
   std::optional<std::string> block;
   {
     BusyCursor busy;
-    block = runFilterFile(sheet, document, filterName, filterRunOptions(sheet), filterContext_);
+    block =
+        runFilterFile(sheet, document, filter->string(), filterRunOptions(sheet), filterContext_);
   }
   if (!block) return false;
   QtClipboardSink clipboard;
