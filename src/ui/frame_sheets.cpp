@@ -12,8 +12,10 @@
 #include "filter/rich/clipboard.h"
 #include "filter/run/filter_file_run.h"
 #include "filter/run/save_filtered.h"
+#include "formats/data_sheet_document.h"
 #include "formats/sheet_document.h"
 #include "rules/requirements/requirements.h"
+#include "ui/data_sheet_window.h"
 #include "ui/dialog_window.h"
 #include "ui/filter_clipboard.h"
 #include "ui/list_commands.h"
@@ -116,7 +118,13 @@ FilterRunOptions MainFrame::filterRunOptions(const FileInfo& sheet) {
 
 bool MainFrame::saveActive(bool askName) {
   SheetView* view = activeSheet();
-  if (view == nullptr) return false;
+  if (view == nullptr) {
+    DataSheetWindow* dataSheet = activeDataSheet();
+    if (dataSheet == nullptr) return false;
+    bool saved = saveDataSheetDocument(dataSheet->document(), askName, documentContext());
+    dataSheet->refresh();
+    return saved;
+  }
   view->commitPendingEdit();
   FileInfo& sheet = view->sheet();
   bool saved = false;
@@ -158,6 +166,12 @@ bool MainFrame::saveAll() {
     view->commitPendingEdit();
     all = saveForSaveAll(view->sheet(), documentContext()) && all;
     view->refreshTitles();
+  }
+  for (DataSheetWindow* window : dataSheetWindows()) {
+    FileInfo& record = window->document().record();
+    if (!record.changed() && !record.isNew()) continue;
+    all = saveDataSheetDocument(window->document(), record.isNew(), documentContext()) && all;
+    window->refresh();
   }
   return all;
 }
@@ -215,6 +229,12 @@ void MainFrame::runCommand(int command) {
     case kEditFilterCopy:
       copyThroughFilter();
       break;
+    case kFileLoadDataSheet:
+      showLoadDataSheetDialog();
+      break;
+    case kFileMergeDataSheet:
+      mergeIntoActiveDataSheet();
+      break;
     case kFileExit:
       close();
       break;
@@ -234,8 +254,21 @@ void MainFrame::runCommand(int command) {
 
 void MainFrame::updateMenus() {
   SheetView* view = activeSheet();
+  const bool dataSheet = activeDataSheet() != nullptr;
   for (QAction* action : commandActions_) {
-    if (action->property("needsSheet").toBool()) action->setEnabled(view != nullptr);
+    switch (static_cast<CommandNeeds>(action->property("needs").toInt())) {
+      case CommandNeeds::Nothing:
+        break;
+      case CommandNeeds::Sheet:
+        action->setEnabled(view != nullptr);
+        break;
+      case CommandNeeds::Document:
+        action->setEnabled(view != nullptr || dataSheet);
+        break;
+      case CommandNeeds::DataSheet:
+        action->setEnabled(dataSheet);
+        break;
+    }
   }
   dataMenu_->menuAction()->setVisible(view != nullptr);
   editMenu_->menuAction()->setVisible(view != nullptr);

@@ -14,7 +14,7 @@
 #include "filter/rich/rtf_reader.h"
 #include "filter/run/short_date.h"
 #include "formats/tokens/keywords.h"
-#include "rules/value/preferences.h"
+#include "core/engine_context.h"
 #include "rules/value/tokens.h"
 
 namespace zv {
@@ -132,7 +132,7 @@ SheetValue sheetValue(const FileInfo& sheet, std::string_view word,
     case Word::CharSheetLevel:
       return found(Value(std::int32_t{sheet.level}));
     case Word::CheckRequirements:
-      return found(Value(std::int32_t{rulePreferences().checkReq ? 1 : 0}));
+      return found(Value(std::int32_t{engine().preferences.checkReq ? 1 : 0}));
     case Word::CurrentVersion:
       return found(Value(std::int32_t{kCurrentDataVersion}));
     case Word::Date: {
