@@ -10,7 +10,6 @@
 #include "expr/builtins_items.h"
 #include "rules/selection/rule_library.h"
 #include "rules/selection/select_item.h"
-#include "rules/value/preferences.h"
 
 namespace zv::cli {
 
