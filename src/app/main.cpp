@@ -23,6 +23,7 @@
 #include "core/numbers.h"
 #include "core/random.h"
 #include "core/settings.h"
+#include "filter/filter_wiring.h"
 #include "formats/datasheet/data_sheet_loader.h"
 #include "formats/engine_wiring.h"
 #include "rules/selection/rule_library.h"
@@ -92,6 +93,7 @@ int main(int argc, char** argv) {
   engineContext.dataSheets.dataDir = appSettings.sourceDirectory;
   engineContext.dataSheets.copyrightDelay = appSettings.copyrightDelay;
   zv::wireEngineServices(engineContext);
+  zv::wireFilterServices(engineContext);
   zv::wireUtilities(engineContext, settings, appSettings.sourceDirectory);
   zv::EngineContextInstallation engineInstalled(engineContext);
 

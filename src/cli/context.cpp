@@ -6,6 +6,7 @@
 #include "core/messages.h"
 #include "core/numbers.h"
 #include "core/random.h"
+#include "filter/filter_wiring.h"
 #include "formats/datasheet/data_sheet_loader.h"
 #include "formats/engine_wiring.h"
 #include "utilities/install.h"
@@ -37,6 +38,7 @@ Context::Context(const GlobalOptions& options)
   engine_.dataSheets.dataDir = dataDir_;
   engine_.dataSheets.copyrightDelay = appSettings_.copyrightDelay;
   wireEngineServices(engine_);
+  wireFilterServices(engine_);
   // The random source starts from the clock as in the desktop program, or from --seed, so that
   // dice and random fields can be reproduced.
   seedRandom(options.seed ? *options.seed : seedFromClock());

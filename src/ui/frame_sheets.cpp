@@ -9,10 +9,10 @@
 #include "core/messages.h"
 #include "core/paths.h"
 #include "core/undo.h"
-#include "formats/data_sheet_document.h"
 #include "filter/rich/clipboard.h"
 #include "filter/run/filter_file_run.h"
 #include "filter/run/save_filtered.h"
+#include "formats/data_sheet_document.h"
 #include "formats/sheet_document.h"
 #include "rules/requirements/requirements.h"
 #include "ui/data_sheet_window.h"
@@ -145,11 +145,15 @@ bool MainFrame::copyThroughFilter(const std::string& filterName) {
   FileInfo& sheet = view->sheet();
   filterContext_.dataDir = appSettings_.sourceDirectory;
   filterContext_.askForFilters = appSettings_.askForFilters;
+  // The filter is chosen first; the run then goes on under the busy cursor.
+  std::optional<std::filesystem::path> filter = chooseFilter(sheet, filterContext_, filterName);
+  if (!filter) return false;
   FilterDocument document;
   std::optional<std::string> block;
   {
     BusyCursor busy;
-    block = runFilterFile(sheet, document, filterName, filterRunOptions(sheet), filterContext_);
+    block =
+        runFilterFile(sheet, document, filter->string(), filterRunOptions(sheet), filterContext_);
   }
   if (!block) return false;
   QtClipboardSink clipboard;

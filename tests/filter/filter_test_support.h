@@ -37,6 +37,7 @@ inline std::unique_ptr<FileInfo> tinySheetRecord() {
 #include <filesystem>
 
 #include "../core/scratch_dir.h"
+#include "core/engine_context.h"
 #include "core/game_systems.h"
 #include "core/numbers.h"
 #include "formats/sheet_document.h"
@@ -88,13 +89,11 @@ class SheetFixture : public ::testing::Test {
  protected:
   void SetUp() override {
     quiet.headless.setFixedTime(LocalTime{2024, 3, 5, 10, 0, 0, true});
-    savedFractions = useFractions();
-    setUseFractions(true);
+    engineContext->preferences.useFractions = true;
   }
   void TearDown() override {
     sheet.reset();
     clearGameSystems();
-    setUseFractions(savedFractions);
   }
 
   /// Opens the text as "bob.chr"; the test fails when it doesn't open.
@@ -119,7 +118,7 @@ class SheetFixture : public ::testing::Test {
   QuietHost quiet;
   ScratchDir dir;
   std::unique_ptr<FileInfo> sheet;
-  bool savedFractions = true;
+  ScopedEngineContext engineContext;
 };
 
 }  // namespace zv::test

@@ -42,6 +42,13 @@ class FilterCommandsTest : public QObject {
   }
   void cleanup() { sample_.reset(); }
 
+  void theEditMenuOffersTheCommand() {
+    QAction* action = sample_->frame().commandAction(zv::ui::kEditFilterCopy);
+    QVERIFY(action);
+    QCOMPARE(action->text(), QStringLiteral("Copy Through &Filter..."));
+    QVERIFY(action->isEnabled());
+  }
+
   void copyThroughTheSheetsHtmlFilter() {
     // The filter the sheet names is offered first; nobody answers, so it is taken.
     sample_->frame().runCommand(zv::ui::kEditFilterCopy);

@@ -42,10 +42,18 @@ class HtmlWriter {
   RichCharacter current_;
   bool paragraphOpen_ = false;
   int quotes_ = 0;
+  std::size_t nextParagraph_ = 0;
 };
 
 void HtmlWriter::openParagraph(std::size_t position) {
-  const RichParagraphFormat format = rich_.paragraphAt(position);
+  // The record in force: the last one that starts here or before (records are in order).
+  while (nextParagraph_ < rich_.paragraphs.size() &&
+         rich_.paragraphs[nextParagraph_].start <= position) {
+    ++nextParagraph_;
+  }
+  static const RichParagraphFormat kPlain;
+  const RichParagraphFormat& format =
+      nextParagraph_ == 0 ? kPlain : rich_.paragraphs[nextParagraph_ - 1].format;
   quotes_ = format.leftIndent > 0 ? format.leftIndent / 720 : 0;
   for (int i = 0; i < quotes_; ++i)
     out_ += "<blockquote>";

@@ -125,13 +125,13 @@ std::optional<std::string> FilterRunner::run() {
   installResolver();
   BlockEnd end;
   {
+    // Outside @foreach no item is current, whatever the caller had.
     ItemContextScope context(&sheet_, *table_);
+    setCurrentItem(nullptr, nullptr);
     end = runBlock({});
   }
   table_->setResolver(std::move(savedResolver_));
   setCurrentItem(savedContextItem_, savedContextOption_);
-  table_->currentItem = nullptr;
-  table_->currentOption = nullptr;
   if (end.outcome == Outcome::Failed) return std::nullopt;
   if (end.outcome == Outcome::Exited) return std::string();
   if (outputOff_ && !context_.outputSuppressedShown) {
