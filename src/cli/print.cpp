@@ -8,6 +8,7 @@
 #include "core/messages.h"
 #include "filter/run/filter_context.h"
 #include "print/file/prt_reader.h"
+#include "print/job/form_setup.h"
 #include "print/job/print_checks.h"
 #include "print/produce/filter_box_text.h"
 #include "ui/print/pdf_job.h"
@@ -80,7 +81,10 @@ int runPrint(Context& context, const std::vector<std::string>& args) {
   DrawSettings drawing;
   drawing.sourceDirectory = context.dataDir();
   drawing.showRulesPreference = context.appSettings().showRules;
-  return exportPdf(*tmpl, *sheet, production, drawing, pdfPath, defaultPaper()) ? 0 : 1;
+  // A form's margins are those the desktop program's Form Setup kept for it.
+  FormMargins margins = readFormMargins(context.settings(), formNameOf(*tmpl), tmpl->landscape());
+  if (!tmpl->promptForMargins) margins = FormMargins{0, 0, 0, 0, tmpl->landscape()};
+  return exportPdf(*tmpl, *sheet, production, drawing, margins, pdfPath, defaultPaper()) ? 0 : 1;
 }
 
 }  // namespace zv::cli

@@ -4,6 +4,7 @@
 
 #include "core/fileinfo.h"
 #include "core/messages.h"
+#include "core/paths.h"
 #include "core/text.h"
 #include "formats/print_template_header.h"
 
@@ -62,17 +63,23 @@ std::vector<std::filesystem::path> templatesFor(std::string_view gameSystem,
   return found;
 }
 
-std::filesystem::path chooseTemplate(const FileInfo& sheet, const std::filesystem::path& dataDir) {
+std::filesystem::path namedTemplatePath(const FileInfo& sheet,
+                                        const std::filesystem::path& dataDir) {
   std::string named = sheet.printTemplate.str();
-  if (!named.empty()) {
-    std::replace(named.begin(), named.end(), '\\', '/');
-    std::filesystem::path path(named);
-    std::error_code error;
-    if (path.is_absolute() && std::filesystem::exists(path, error)) return path;
-    std::filesystem::path inData = dataDir / path.filename();
-    if (std::filesystem::exists(inData, error)) return inData;
-    if (std::filesystem::exists(path, error)) return path;
-  }
+  if (named.empty()) return {};
+  std::replace(named.begin(), named.end(), '\\', '/');
+  std::filesystem::path path(named);
+  std::error_code error;
+  if (path.is_absolute() && std::filesystem::exists(path, error)) return path;
+  std::filesystem::path inData = findDataFile(dataDir, path.filename().string());
+  if (std::filesystem::exists(inData, error)) return inData;
+  return path;
+}
+
+std::filesystem::path chooseTemplate(const FileInfo& sheet, const std::filesystem::path& dataDir) {
+  std::filesystem::path named = namedTemplatePath(sheet, dataDir);
+  std::error_code error;
+  if (!named.empty() && std::filesystem::exists(named, error)) return named;
   auto offered = templatesFor(sheet.gameSystemName.str(), dataDir);
   return offered.empty() ? std::filesystem::path() : offered.front();
 }

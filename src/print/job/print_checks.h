@@ -22,6 +22,12 @@ struct CheckRefusal {
 };
 std::optional<CheckRefusal> templateRefusal(const PrintTemplate& tmpl, const FileInfo& sheet);
 
+/// The file of the template the sheet names (`printTemplate`): a full path that exists, else the
+/// file of that name in the data directory, else the name as it stands; empty when the sheet
+/// names none.
+std::filesystem::path namedTemplatePath(const FileInfo& sheet,
+                                        const std::filesystem::path& dataDir);
+
 /// The template a sheet prints through: its `printTemplate` (a path, or a name in the data
 /// directory), else the first `*.prt` of the data directory, in name order, whose header names the
 /// sheet's game system. Empty when there is none.

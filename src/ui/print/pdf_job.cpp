@@ -1,16 +1,14 @@
 #include "ui/print/pdf_job.h"
 
 #include <QBuffer>
-#include <QFile>
 #include <QLocale>
 #include <QPainter>
-#include <QPdfWriter>
 #include <QSaveFile>
 
+#include "core/codepage.h"
 #include "core/fileinfo.h"
 #include "core/messages.h"
-#include "print/job/forms.h"
-#include "ui/print/qt_print_device.h"
+#include "ui/print/template_pages.h"
 
 namespace zv {
 
@@ -20,65 +18,51 @@ QPageSize defaultPaper() {
              : QPageSize(QPageSize::A4);
 }
 
-void paintPages(QPagedPaintDevice& device, QPainter& painter, const OutputTemplate& output,
-                const FileInfo* sheet, const DrawSettings& settings, int first, int last,
-                int copies) {
-  QtPrintDevice canvas(device, &painter);
-  const PrintTemplate& tmpl = *output.source;
-  const PixelsPerInch ppi = canvas.pixelsPerInch();
-  FormPlacer forms(tmpl.printsForms()
-                       ? FormLayout{twipsToDevice(static_cast<int>(tmpl.formWidth), ppi.x),
-                                    twipsToDevice(static_cast<int>(tmpl.formHeight), ppi.y),
-                                    device.width(), device.height()}
-                       : FormLayout{});
-  bool firstSheet = true;
-  for (int copy = 0; copy < copies; ++copy) {
-    for (int index = first; index <= last && index < static_cast<int>(output.pages.size());
-         ++index) {
-      if (forms.startsNewSheet() && !firstSheet) device.newPage();
-      firstSheet = false;
-      painter.save();
-      painter.translate(forms.x(), forms.y());
-      for (const TemplateObject* object : output.pages[index].objects)
-        drawObject(canvas, canvas, sheet, *object, RuleLines::FromPreference, settings);
-      painter.restore();
-      forms.pageDone();
-    }
-  }
+PdfTarget::PdfTarget(const QPageSize& paper, bool landscape, const std::string& title)
+    : buffer_(std::make_unique<QBuffer>()) {
+  buffer_->open(QIODevice::WriteOnly);
+  writer_ = std::make_unique<QPdfWriter>(buffer_.get());
+  writer_->setResolution(kPdfResolution);
+  writer_->setPageSize(paper);
+  writer_->setPageOrientation(landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
+  writer_->setPageMargins(QMarginsF(0, 0, 0, 0));
+  writer_->setCreator(QStringLiteral("Zarvelin"));
+  writer_->setTitle(QString::fromStdString(windows1252ToUtf8(title)));
 }
 
-bool exportPdf(PrintTemplate& tmpl, FileInfo& sheet, const ProductionSettings& production,
-               const DrawSettings& drawing, const std::string& pdfPath, const QPageSize& paper) {
-  QBuffer buffer;
-  buffer.open(QIODevice::WriteOnly);
-  QPdfWriter writer(&buffer);
-  writer.setResolution(600);
-  writer.setPageSize(paper);
-  writer.setPageOrientation(tmpl.landscape() ? QPageLayout::Landscape : QPageLayout::Portrait);
-  writer.setPageMargins(QMarginsF(0, 0, 0, 0));
-  writer.setCreator("Zarvelin");
-  writer.setTitle(QString::fromStdString(sheet.name.str()));
-  QtPrintDevice metrics(writer);
-  std::unique_ptr<OutputTemplate> output = producePages(metrics, tmpl, &sheet, production);
-  if (!output) return false;
+PdfTarget::~PdfTarget() = default;
+
+QSize PdfTarget::paper() const {
+  return writer_->pageLayout().fullRectPixels(writer_->resolution()).size();
+}
+
+bool PdfTarget::write(const PagedDocument& document, const std::string& path) {
   {
     QPainter painter;
-    if (!painter.begin(&writer)) {
-      showError(strprintf("Could not print %s", pdfPath));
+    if (!painter.begin(writer_.get())) {
+      showError(strprintf("Could not print %s", path));
       return false;
     }
-    paintPages(writer, painter, *output, &sheet, drawing, 0,
-               static_cast<int>(output->pages.size()) - 1, 1);
+    paintSheets(*writer_, painter, document, document.plan(PageSelection{}));
     painter.end();
   }
-  buffer.close();
-  QSaveFile file(QString::fromStdString(pdfPath));
-  if (!file.open(QIODevice::WriteOnly) || file.write(buffer.data()) != buffer.data().size() ||
+  buffer_->close();
+  QSaveFile file(QString::fromStdString(path));
+  if (!file.open(QIODevice::WriteOnly) || file.write(buffer_->data()) != buffer_->data().size() ||
       !file.commit()) {
-    showError(strprintf("Error writing file %s", pdfPath));
+    showError(strprintf("Error writing file %s", path));
     return false;
   }
   return true;
+}
+
+bool exportPdf(PrintTemplate& tmpl, FileInfo& sheet, const ProductionSettings& production,
+               const DrawSettings& drawing, const FormMargins& margins, const std::string& pdfPath,
+               const QPageSize& paper) {
+  PdfTarget target(paper, margins.landscape, sheet.name.str());
+  TemplatePages pages(tmpl, sheet, production, drawing, margins);
+  if (!pages.produce(target.writer(), target.paper())) return false;
+  return target.write(pages, pdfPath);
 }
 
 }  // namespace zv
