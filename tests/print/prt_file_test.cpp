@@ -3,9 +3,12 @@
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
+#include <sys/resource.h>
+
+#include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 
 #include "core/headless_host.h"
 #include "print/file/prt_reader.h"
@@ -28,6 +31,37 @@ class PrtFileTest : public ::testing::Test {
   std::string lastMessage() const {
     return host_.transcript().empty() ? std::string() : host_.transcript().back();
   }
+};
+
+std::string fileBytes(const std::filesystem::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+/// While it lives, files of this process can't grow beyond `bytes` (writes past it fail with
+/// EFBIG, for root as well); a negative size changes nothing.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(long bytes) {
+    if (bytes < 0) return;
+    getrlimit(RLIMIT_FSIZE, &old_);
+    previousHandler_ = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit limit = old_;
+    limit.rlim_cur = static_cast<rlim_t>(bytes);
+    active_ = setrlimit(RLIMIT_FSIZE, &limit) == 0;
+  }
+  ~FileSizeLimit() {
+    if (!active_) return;
+    setrlimit(RLIMIT_FSIZE, &old_);
+    std::signal(SIGXFSZ, previousHandler_);
+  }
+  FileSizeLimit(const FileSizeLimit&) = delete;
+  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+ private:
+  rlimit old_{};
+  void (*previousHandler_)(int) = SIG_DFL;
+  bool active_ = false;
 };
 
 std::string hex(std::string_view bytes) {
@@ -289,32 +323,51 @@ TEST_F(PrtFileTest, OneCellIsNotWrittenAndReadsBackAsNone) {
 
 TEST_F(PrtFileTest, AFailedSaveKeepsTheOldFile) {
   namespace fs = std::filesystem;
-  fs::path dir = fs::temp_directory_path() / "zv_prt_save_test";
+  const fs::path dir = fs::temp_directory_path() / "zv_prt_save_test";
   fs::remove_all(dir);
   fs::create_directories(dir);
-  fs::path file = dir / "old.prt";
+  const fs::path file = dir / "old.prt";
   auto t = everyKind();
   ASSERT_EQ(writePrintTemplate(*t, file), 0);
-  std::ifstream in(file, std::ios::binary);
-  std::string written((std::istreambuf_iterator<char>(in)), {});
+  const std::string written = fileBytes(file);
   EXPECT_EQ(written, printTemplateBytes(*t));
   auto again = readPrintTemplate(file);
   ASSERT_TRUE(again);
   EXPECT_TRUE(again->sameStored(*t));
 
-  // A folder that can't take the temporary file: the write fails and the old file stays.
-  fs::permissions(dir, fs::perms::owner_read | fs::perms::owner_exec);
-  t->description = "changed";
-  int result = writePrintTemplate(*t, file);
-  fs::permissions(dir, fs::perms::owner_all);
-  if (::geteuid() != 0) {
-    EXPECT_EQ(result, -1);
-    EXPECT_EQ(lastMessage(), "[Error] Error writing print template " + file.string());
-  }
-  std::ifstream in2(file, std::ios::binary);
-  std::string after((std::istreambuf_iterator<char>(in2)), {});
-  if (result == -1) {
-    EXPECT_EQ(after, written);
+  // Failures that hold for every user, root too: a folder that is a regular file, and a disk
+  // that refuses to let a file grow (the file size limit of the process).
+  std::ofstream(dir / "blocker") << "a file, not a folder";
+  struct Case {
+    const char* name;
+    fs::path target;
+    bool limitFileSize;
+  };
+  const Case cases[] = {
+      {"the folder is a file", dir / "blocker" / "new.prt", false},
+      {"the file can't grow", file, true},
+  };
+  for (const Case& c : cases) {
+    host_.clearTranscript();
+    t->description = std::string("changed: ") + c.name;
+    t->setFlag(kTemplateChanged, true);
+    const std::string pathBefore = t->path;
+    int result = 0;
+    {
+      FileSizeLimit limit(c.limitFileSize ? 64 : -1);
+      result = writePrintTemplate(*t, c.target);
+    }
+    EXPECT_EQ(result, -1) << c.name;
+    EXPECT_EQ(lastMessage(), "[Error] Error writing print template " + c.target.string()) << c.name;
+    // The template is still unsaved and keeps its path.
+    EXPECT_TRUE(t->flags & kTemplateChanged) << c.name;
+    EXPECT_EQ(t->path, pathBefore) << c.name;
+    EXPECT_EQ(fileBytes(file), written) << c.name;
+    // No temporary file is left beside the old one.
+    std::size_t entries = 0;
+    for ([[maybe_unused]] const auto& entry : fs::directory_iterator(dir))
+      ++entries;
+    EXPECT_EQ(entries, 2u) << c.name;
   }
   fs::remove_all(dir);
 }

@@ -53,11 +53,12 @@ AuxFileList parseAuxFileList(std::string_view bytes, const fs::path& path) {
   bool described = false;
   while (!bytes.empty()) {
     std::size_t end = bytes.find('\n');
-    std::string_view line = trimmed(bytes.substr(0, end));
+    std::string_view line = bytes.substr(0, end);
     bytes.remove_prefix(end == std::string_view::npos ? bytes.size() : end + 1);
-    if (line.empty() || line.front() == ';' || line.front() == '#') continue;
+    std::string_view content = trimmed(line);
+    if (content.empty() || content.front() == ';' || content.front() == '#') continue;
     if (!described) {
-      list.description = std::string(line);
+      list.description = std::string(content);
       described = true;
       continue;
     }

@@ -129,6 +129,21 @@ std::string_view suffixOf(MeasureUnit unit) {
   return "";
 }
 
+/// "%4.2f" with trailing zeros and a trailing point removed.
+std::string numberText(double value) {
+  std::array<char, 64> buffer{};
+  auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                    std::chars_format::fixed, 2);
+  std::string number = error == std::errc() ? std::string(buffer.data(), end) : "0";
+  if (number.find('.') != std::string::npos) {
+    while (number.back() == '0')
+      number.pop_back();
+    if (number.back() == '.') number.pop_back();
+  }
+  if (number == "-0") number = "0";
+  return number;
+}
+
 }  // namespace
 
 MeasureUnit measureUnitOf(long preference, bool localeIsMetric) {
@@ -163,18 +178,7 @@ std::optional<long> measureFieldValue(std::string_view text, MeasureUnit unit) {
 }
 
 std::string formatMeasure(long twips, MeasureUnit unit) {
-  const double value = static_cast<double>(twips) / twipsPer(unit);
-  std::array<char, 64> buffer{};
-  auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                    std::chars_format::fixed, 2);
-  std::string number = error == std::errc() ? std::string(buffer.data(), end) : "0";
-  if (number.find('.') != std::string::npos) {
-    while (number.back() == '0')
-      number.pop_back();
-    if (number.back() == '.') number.pop_back();
-  }
-  if (number == "-0") number = "0";
-  return number + std::string(suffixOf(unit));
+  return numberText(static_cast<double>(twips) / twipsPer(unit)) + std::string(suffixOf(unit));
 }
 
 std::string spinMeasure(std::string_view text, int steps, long minTwips, long maxTwips,
@@ -184,8 +188,11 @@ std::string spinMeasure(std::string_view text, int steps, long minTwips, long ma
   unit = unitOfLetter(rest).value_or(unit);
   const double step = unit == MeasureUnit::Inches || unit == MeasureUnit::Centimetres ? 0.1 : 1.0;
   value = std::clamp(value + steps * step, -kLargestTwips / 1440.0, kLargestTwips / 1440.0);
-  long twips = std::clamp(toTwips(value, unit), minTwips, maxTwips);
-  return formatMeasure(twips, unit);
+  const long twips = toTwips(value, unit);
+  // A value inside the bounds is shown as stepped; one outside is held at the bound.
+  if (twips >= minTwips && twips <= maxTwips)
+    return numberText(value) + std::string(suffixOf(unit));
+  return formatMeasure(std::clamp(twips, minTwips, maxTwips), unit);
 }
 
 }  // namespace zv
