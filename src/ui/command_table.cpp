@@ -86,7 +86,7 @@ constexpr CommandNeeds kNothing = CommandNeeds::Nothing;
 constexpr CommandNeeds kSheet = CommandNeeds::Sheet;
 constexpr CommandNeeds kDocument = CommandNeeds::Document;
 
-constexpr std::array<MenuEntry, 9> kFileHead{{
+constexpr std::array<MenuEntry, 18> kFileHead{{
     {"&New...", kFileNew, "Ctrl+N", kNothing},
     {"&Open...", kFileOpen, "Ctrl+O", kNothing},
     {"&Close", kFileClose, "Ctrl+F4", kDocument},
@@ -96,6 +96,15 @@ constexpr std::array<MenuEntry, 9> kFileHead{{
     {"", 0, "", kNothing},
     {"&Load Data Sheet...", kFileLoadDataSheet, "", kNothing},
     {"&Merge Data Sheet...", kFileMergeDataSheet, "", CommandNeeds::DataSheet},
+    {"", 0, "", kNothing},
+    {"&Print...", kFilePrint, "Ctrl+P", kDocument},
+    {"Print Pre&view...", kFilePrintPreview, "", kDocument},
+    {"Print Through &Filter...", kFilePrintThroughFilter, "", kSheet},
+    {"Preview &Through Filter...", kFilePrintPreviewThroughFilter, "", kSheet},
+    {"Page Set&up...", kFilePageSetup, "", kSheet},
+    {"Export P&DF...", kFileExportPdf, "", kSheet},
+    {"", 0, "", kNothing},
+    {"Print Auxiliar&y Files...", kFilePrintAuxiliary, "", kNothing},
 }};
 
 constexpr std::array<MenuEntry, 1> kFileTail{{

@@ -27,11 +27,21 @@ inline constexpr int kFileOpen = 1042;
 inline constexpr int kFileSave = 1043;
 inline constexpr int kFileSaveAs = 1044;
 inline constexpr int kFileExit = 1045;
+inline constexpr int kFilePrintThroughFilter = 1047;
 inline constexpr int kFileClose = 1048;
 inline constexpr int kFileLoadDataSheet = 1050;
 /// Merge Data Sheet, a command of a data sheet document; it has no name in the command table.
 inline constexpr int kFileMergeDataSheet = 1051;
+inline constexpr int kFilePrintPreviewThroughFilter = 1054;
+inline constexpr int kFilePageSetup = 1055;
+/// Print, the same command as Print Through Template; on a data sheet, the data sheet's print.
+inline constexpr int kFilePrint = 1056;
+/// Print Preview, the same command as Print Preview Through Template.
+inline constexpr int kFilePrintPreview = 1057;
+/// Export PDF, a command of the desktop program; it has no name in the command table.
+inline constexpr int kFileExportPdf = 1059;
 inline constexpr int kFileSaveAll = 1076;
+inline constexpr int kFilePrintAuxiliary = 1079;
 inline constexpr int kEditUndo = 1080;
 inline constexpr int kEditClear = 1084;
 inline constexpr int kEditFilterCopy = 1085;

@@ -10,14 +10,6 @@
 
 namespace zv::ui {
 
-namespace {
-
-/// The Print command of the File menu, and Edit > Copy Through Filter.
-constexpr int kFilePrintCommand = 1056;
-constexpr int kEditFilterCopyCommand = 1085;
-
-}  // namespace
-
 void MainFrame::runConversation(const ConversationRequest& request) {
   // The program comes forward, as a file opened from the desktop is expected to.
   if (isMinimized()) showNormal();
@@ -30,9 +22,9 @@ void MainFrame::runConversation(const ConversationRequest& request) {
       open.path = command.arguments.front();
       openCommandLine(open);
     } else if (equalsIgnoringCase(name, "FilePrint")) {
-      runCommand(kFilePrintCommand);
+      runCommand(kFilePrint);
     } else if (equalsIgnoringCase(name, "EditFilterCopy")) {
-      runCommand(kEditFilterCopyCommand);
+      runCommand(kEditFilterCopy);
     } else if (equalsIgnoringCase(name, "FileExit")) {
       QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
     } else if (equalsIgnoringCase(name, "FileClose")) {

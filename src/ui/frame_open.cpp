@@ -7,6 +7,7 @@
 #include "core/messages.h"
 #include "filter/file/filter_scan.h"
 #include "formats/dispatch.h"
+#include "ui/command_table.h"
 #include "ui/main_frame.h"
 #include "ui/not_yet_supported.h"
 #include "ui/text_codec.h"
@@ -127,8 +128,14 @@ void MainFrame::openCommandLine(const CommandLine& commandLine, bool startedByHa
     if (startedByHandOver) handOverDepth_ = 1;
     window = openFile(file.string());
     handOverDepth_ = 0;
-    if (!window && commandLine.printAndExit) {
-      showError(strprintf("Cannot print file %s", commandLine.path));
+    if (commandLine.printAndExit) {
+      if (window) {
+        // The document opened prints (a data sheet its data sheet print), then the frame goes.
+        mdiArea_->setActiveSubWindow(window);
+        runCommand(kFilePrint);
+      } else {
+        showError(strprintf("Cannot print file %s", commandLine.path));
+      }
     }
   }
   if (commandLine.printAndExit) {

@@ -18,6 +18,7 @@
 #include "ui/data_sheet_window.h"
 #include "ui/dialog_window.h"
 #include "ui/filter_clipboard.h"
+#include "ui/printing/print_commands.h"
 #include "ui/list_commands.h"
 #include "ui/list_panel.h"
 #include "ui/main_frame.h"
@@ -235,6 +236,15 @@ void MainFrame::runCommand(int command) {
     case kEditFilterCopy:
       copyThroughFilter();
       break;
+    case kFilePrint:
+    case kFilePrintPreview:
+    case kFilePrintThroughFilter:
+    case kFilePrintPreviewThroughFilter:
+    case kFilePageSetup:
+    case kFileExportPdf:
+    case kFilePrintAuxiliary:
+      runPrintCommand(command);
+      break;
     case kFileExit:
       close();
       break;
@@ -246,6 +256,45 @@ void MainFrame::runCommand(int command) {
       break;
     case kWindowCloseAll:
       if (view != nullptr) view->closeSubordinateWindows();
+      break;
+    default:
+      break;
+  }
+}
+
+void MainFrame::runPrintCommand(int command) {
+  if (command == kFilePrintAuxiliary) {
+    printing_->printAuxiliaryFiles();
+    return;
+  }
+  if (DataSheetWindow* dataSheet = activeDataSheet()) {
+    // A data sheet prints as text.
+    if (command == kFilePrint) printing_->printDataSheet(dataSheet->document().record());
+    if (command == kFilePrintPreview) printing_->previewDataSheet(dataSheet->document().record());
+    return;
+  }
+  SheetView* view = activeSheet();
+  if (view == nullptr) return;
+  view->commitPendingEdit();
+  FileInfo& sheet = view->sheet();
+  switch (command) {
+    case kFilePrint:
+      printing_->printThroughTemplate(sheet);
+      break;
+    case kFilePrintPreview:
+      printing_->previewThroughTemplate(sheet);
+      break;
+    case kFilePrintThroughFilter:
+      printing_->printThroughFilter(sheet);
+      break;
+    case kFilePrintPreviewThroughFilter:
+      printing_->previewThroughFilter(sheet);
+      break;
+    case kFilePageSetup:
+      printing_->pageSetup(sheet);
+      break;
+    case kFileExportPdf:
+      printing_->exportPdf(sheet);
       break;
     default:
       break;

@@ -26,6 +26,7 @@
 #include "ui/list_commands.h"
 #include "ui/list_panel.h"
 #include "ui/open_dialog_filters.h"
+#include "ui/printing/print_commands.h"
 #include "ui/requirements_window.h"
 #include "ui/text_codec.h"
 
@@ -67,6 +68,13 @@ MainFrame::MainFrame(Settings& settings, AppSettings& appSettings, QWidget* pare
   filterContext_.shortDatePattern =
       toSystemText(QLocale::system().dateFormat(QLocale::ShortFormat));
   filterContext_.convertPicture = convertPictureWithQt;
+  PrintEnvironment printEnvironment;
+  printEnvironment.settings = &settings_;
+  printEnvironment.appSettings = &appSettings_;
+  printEnvironment.filters = &filterContext_;
+  printEnvironment.runOptions = [this](const FileInfo& sheet) { return filterRunOptions(sheet); };
+  printEnvironment.parent = this;
+  printing_ = std::make_unique<PrintCommands>(std::move(printEnvironment));
 }
 
 MainFrame::~MainFrame() {

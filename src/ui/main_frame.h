@@ -5,6 +5,7 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QPointer>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
@@ -24,6 +25,7 @@
 namespace zv::ui {
 
 class DataSheetWindow;
+class PrintCommands;
 
 /// The environment variable that marks a process started by this program's own hand-over of a
 /// file to the system: such a process was chosen by the system for a type it can't read.
@@ -91,6 +93,8 @@ class MainFrame : public QMainWindow {
   std::vector<SheetView*> sheets() const;
   /// Runs a frame command on the active window (the File, Utilities and Window entries).
   void runCommand(int command);
+  /// The print commands of the File menu, on the frame's settings and filter context.
+  PrintCommands& printing() { return *printing_; }
   /// The action of a command in the frame's menus; null when it has none.
   QAction* commandAction(int command) const;
   QMenu* dataMenu() const { return dataMenu_; }
@@ -120,6 +124,8 @@ class MainFrame : public QMainWindow {
   decltype(EngineDialogs::runRequirementsDialog) previousRunner_;
   void checkRequirements(SheetView& view);
 
+  /// The print commands: a sheet's through its template or filter, a data sheet's as text.
+  void runPrintCommand(int command);
   void buildMenus();
   void addMenuEntries(QMenu* menu, std::span<const MenuEntry> entries);
   /// Menus follow the active window: the Data menu of its sheet, entries that need a sheet.
@@ -165,6 +171,7 @@ class MainFrame : public QMainWindow {
   /// What filter runs take from the program, kept for its whole life ("Output Suppressed" shows
   /// once per program run).
   FilterContext filterContext_;
+  std::unique_ptr<PrintCommands> printing_;
 };
 
 }  // namespace zv::ui

@@ -34,12 +34,25 @@ void TextPages::layOut(QPaintDevice& device, QSize paper, PaperMargins printable
   const int bottom = printable.bottom + twipsToDevice(margins_.bottom, dpiY);
   area_ = QRect(left, top, std::max(1, paper.width() - left - right),
                 std::max(1, paper.height() - top - bottom));
-  document_ = textDocumentOf(rich_, device);
+  if (html_) {
+    document_ = std::make_unique<QTextDocument>();
+    document_->documentLayout()->setPaintDevice(&device);
+    document_->setDocumentMargin(0);
+    document_->setUndoRedoEnabled(false);
+    document_->setHtml(QString::fromStdString(windows1252ToUtf8(*html_)));
+  } else {
+    document_ = textDocumentOf(rich_, device);
+  }
+  if (defaultTabTwips_ > 0) {
+    QTextOption option = document_->defaultTextOption();
+    option.setTabStopDistance(twipsToDevice(defaultTabTwips_, dpiX));
+    document_->setDefaultTextOption(option);
+  }
   document_->setPageSize(QSizeF(area_.width(), area_.height()));
 }
 
 int TextPages::pageCount() const {
-  if (!document_ || rich_.text.empty()) return 0;
+  if (!document_ || (rich_.text.empty() && !html_)) return 0;
   return document_->pageCount();
 }
 

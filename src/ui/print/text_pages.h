@@ -26,6 +26,11 @@ class TextPages : public PagedDocument {
   TextPages(RichText rich, PaperMargins margins, std::optional<TextFooter> footer);
   ~TextPages() override;
 
+  /// The distance between default tab stops, twips.
+  void setDefaultTabWidth(int twips) { defaultTabTwips_ = twips; }
+  /// Prints `html` (Windows-1252 text) as a web page instead of the rich text.
+  void setHtml(std::string html) { html_ = std::move(html); }
+
   /// Lays the text out on `device`, whose paper is `paper` and whose printable area begins
   /// `printable` (all device units) inside the paper's edges.
   void layOut(QPaintDevice& device, QSize paper, PaperMargins printable);
@@ -45,6 +50,8 @@ class TextPages : public PagedDocument {
   RichText rich_;
   PaperMargins margins_;
   std::optional<TextFooter> footer_;
+  int defaultTabTwips_ = 0;
+  std::optional<std::string> html_;
   std::unique_ptr<QTextDocument> document_;
   QPaintDevice* device_ = nullptr;
   QSize paper_;
