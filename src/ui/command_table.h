@@ -71,6 +71,7 @@ enum class CommandNeeds {
   Sheet,      ///< a sheet's window
   Document,   ///< a sheet's window or a data sheet's
   DataSheet,  ///< a data sheet's window
+  Printable,  ///< a sheet's window, a data sheet's or a text file's
 };
 
 /// One entry of a menu as the frame builds it: a separator has command 0.

@@ -18,13 +18,14 @@
 #include "ui/data_sheet_window.h"
 #include "ui/dialog_window.h"
 #include "ui/filter_clipboard.h"
-#include "ui/printing/print_commands.h"
 #include "ui/list_commands.h"
 #include "ui/list_panel.h"
 #include "ui/main_frame.h"
 #include "ui/new_file_dialog.h"
+#include "ui/printing/print_commands.h"
 #include "ui/sheet_subwindow.h"
 #include "ui/text_codec.h"
+#include "ui/text_window.h"
 #include "utilities/game_system_preferences.h"
 
 namespace zv::ui {
@@ -274,7 +275,16 @@ void MainFrame::runPrintCommand(int command) {
     return;
   }
   SheetView* view = activeSheet();
-  if (view == nullptr) return;
+  if (view == nullptr) {
+    // A text file prints as it is shown.
+    QMdiSubWindow* window = mdiArea_->currentSubWindow();
+    auto* text = window ? qobject_cast<TextWindow*>(window->widget()) : nullptr;
+    if (text == nullptr) return;
+    const std::string contents = toSystemText(text->toPlainText());
+    if (command == kFilePrint) printing_->printPlainText(contents, text->path());
+    if (command == kFilePrintPreview) printing_->previewPlainText(contents, text->path());
+    return;
+  }
   view->commitPendingEdit();
   FileInfo& sheet = view->sheet();
   switch (command) {
@@ -304,6 +314,8 @@ void MainFrame::runPrintCommand(int command) {
 void MainFrame::updateMenus() {
   SheetView* view = activeSheet();
   const bool dataSheet = activeDataSheet() != nullptr;
+  QMdiSubWindow* current = mdiArea_->currentSubWindow();
+  const bool text = current != nullptr && qobject_cast<TextWindow*>(current->widget()) != nullptr;
   for (QAction* action : commandActions_) {
     switch (static_cast<CommandNeeds>(action->property("needs").toInt())) {
       case CommandNeeds::Nothing:
@@ -316,6 +328,9 @@ void MainFrame::updateMenus() {
         break;
       case CommandNeeds::DataSheet:
         action->setEnabled(dataSheet);
+        break;
+      case CommandNeeds::Printable:
+        action->setEnabled(view != nullptr || dataSheet || text);
         break;
     }
   }

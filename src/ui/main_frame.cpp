@@ -74,6 +74,9 @@ MainFrame::MainFrame(Settings& settings, AppSettings& appSettings, QWidget* pare
   printEnvironment.filters = &filterContext_;
   printEnvironment.runOptions = [this](const FileInfo& sheet) { return filterRunOptions(sheet); };
   printEnvironment.parent = this;
+  // The program that prints an auxiliary file: the preference "PrintCommand", else CUPS's lp.
+  printEnvironment.auxPrintCommand = settings_.getString(kPreferencesSection, "PrintCommand", "lp");
+  if (printEnvironment.auxPrintCommand.empty()) printEnvironment.auxPrintCommand = "lp";
   printing_ = std::make_unique<PrintCommands>(std::move(printEnvironment));
 }
 

@@ -104,7 +104,10 @@ class FrameTest : public QObject {
              (QStringList{"&File", "&Edit", "&Tools", "&Data", "&Utilities", "&Window", "&Help"}));
     QCOMPARE(actionTexts(frame.fileMenu()),
              (QStringList{"&New...", "&Open...", "&Close", "&Save", "Save &As...", "Save A&ll",
-                          "&Load Data Sheet...", "&Merge Data Sheet...", "Recent Files", "E&xit"}));
+                          "&Load Data Sheet...", "&Merge Data Sheet...", "&Print...",
+                          "Print Pre&view...", "Print Through &Filter...",
+                          "Preview &Through Filter...", "Page Set&up...", "Export P&DF...",
+                          "Print Auxiliar&y Files...", "Recent Files", "E&xit"}));
     QList<QAction*> file = frame.fileMenu()->actions();
     QCOMPARE(frame.commandAction(1042)->shortcut(), QKeySequence(QKeySequence::Open));
     // With no sheet open, the Data menu is hidden and the sheet's commands are disabled.

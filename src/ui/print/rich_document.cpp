@@ -85,7 +85,9 @@ std::unique_ptr<QTextDocument> textDocumentOf(const RichText& rich, QPaintDevice
   document->documentLayout()->setPaintDevice(&device);
   document->setDocumentMargin(0);
   document->setUndoRedoEnabled(false);
-  const double unitsPerTwip = device.logicalDpiX() / 1440.0;
+  // The layout takes indents, spacing and tab stops in units of 96 to the inch and scales them
+  // to the device itself.
+  const double unitsPerTwip = kLayoutUnitsPerInch / 1440.0;
   QTextCursor cursor(document.get());
   const std::string& text = rich.text;
   std::size_t start = 0;

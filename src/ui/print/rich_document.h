@@ -11,7 +11,11 @@ class QPaintDevice;
 
 namespace zv {
 
-/// A text document of `rich` whose lengths are device units of `device`: runs become character
+/// The units of lengths inside a text document (indents, spacing, tab stops): Qt's layout scales
+/// them from 96 to the inch to the resolution of the device it measures on.
+inline constexpr double kLayoutUnitsPerInch = 96.0;
+
+/// A text document of `rich` laid out with the metrics of `device`: runs become character
 /// formats (font, point size, bold, italic, underline), paragraphs block formats (indents,
 /// justification, spacing, tab stops). The document is laid out with `device`'s metrics.
 std::unique_ptr<QTextDocument> textDocumentOf(const RichText& rich, QPaintDevice& device);

@@ -45,7 +45,7 @@ void TextPages::layOut(QPaintDevice& device, QSize paper, PaperMargins printable
   }
   if (defaultTabTwips_ > 0) {
     QTextOption option = document_->defaultTextOption();
-    option.setTabStopDistance(twipsToDevice(defaultTabTwips_, dpiX));
+    option.setTabStopDistance(defaultTabTwips_ * kLayoutUnitsPerInch / 1440.0);
     document_->setDefaultTextOption(option);
   }
   document_->setPageSize(QSizeF(area_.width(), area_.height()));

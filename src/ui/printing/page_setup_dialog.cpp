@@ -40,7 +40,8 @@ PageSetupDialog::PageSetupDialog(const FilterDocument& filter, const QString& fi
   bottom_ = field("bottomMargin", tr("&Bottom margin:"), filter.marginBottom);
   face_ = new QFontComboBox(this);
   face_->setObjectName("face");
-  if (!filter.style.face.empty()) face_->setCurrentFont(QFont(fromSystemText(filter.style.face.str())));
+  if (!filter.style.face.empty())
+    face_->setCurrentFont(QFont(fromSystemText(filter.style.face.str())));
   form->addRow(tr("&Font:"), face_);
   size_ = new QSpinBox(this);
   size_->setObjectName("size");
@@ -62,9 +63,11 @@ PageSetupDialog::PageSetupDialog(const FilterDocument& filter, const QString& fi
 
 void PageSetupDialog::accept() {
   FilterDocument given = filter_;
-  const std::pair<MeasureEdit*, std::int16_t*> fields[] = {
-      {left_, &given.marginLeft},   {right_, &given.marginRight}, {top_, &given.marginTop},
-      {bottom_, &given.marginBottom}, {tabWidth_, &given.tabWidth}};
+  const std::pair<MeasureEdit*, std::int16_t*> fields[] = {{left_, &given.marginLeft},
+                                                           {right_, &given.marginRight},
+                                                           {top_, &given.marginTop},
+                                                           {bottom_, &given.marginBottom},
+                                                           {tabWidth_, &given.tabWidth}};
   for (const auto& [edit, value] : fields) {
     std::optional<long> twips = edit->twips();
     if (!twips) {

@@ -47,11 +47,14 @@ PaperMargins textMargins(int left, int top, int right, int bottom) {
 }
 
 /// Print to File, where no printer is installed, writes a PDF named after the document beside it.
-QString pdfNameFor(const FileInfo& document) {
-  std::filesystem::path path(document.path.str());
-  if (path.empty()) path = document.name.str();
+QString pdfNameFor(const std::string& documentPath, const std::string& name) {
+  std::filesystem::path path(documentPath.empty() ? name : documentPath);
   path.replace_extension(".pdf");
   return fromNativePath(path.string());
+}
+
+QString pdfNameFor(const FileInfo& document) {
+  return pdfNameFor(document.path.str(), document.name.str());
 }
 
 QString systemText(const std::string& text) {
@@ -71,10 +74,11 @@ struct PrintCommands::TemplateRun {
 struct PrintCommands::TextRun {
   std::unique_ptr<TextPages> pages;
   bool landscape = false;
+  std::string name;  ///< the document's name, as messages and footers give it
+  QString pdfName;   ///< Print to File's PDF, where no printer is installed
 };
 
-PrintCommands::PrintCommands(PrintEnvironment environment)
-    : environment_(std::move(environment)) {}
+PrintCommands::PrintCommands(PrintEnvironment environment) : environment_(std::move(environment)) {}
 
 PrintCommands::~PrintCommands() = default;
 
@@ -250,12 +254,14 @@ std::unique_ptr<PrintCommands::TextRun> PrintCommands::prepareFilterText(FileInf
   std::optional<std::string> block;
   {
     BusyCursor busy;
-    block = runFilterFile(sheet, document, filter->string(), environment_.runOptions(sheet),
-                          filters);
+    block =
+        runFilterFile(sheet, document, filter->string(), environment_.runOptions(sheet), filters);
   }
   if (!block) return nullptr;
   auto run = std::make_unique<TextRun>();
   run->landscape = document.landscape != 0;
+  run->name = sheet.name.str();
+  run->pdfName = pdfNameFor(sheet);
   const PaperMargins margins = textMargins(document.marginLeft, document.marginTop,
                                            document.marginRight, document.marginBottom);
   std::optional<TextFooter> footer;
@@ -285,77 +291,101 @@ std::unique_ptr<PrintCommands::TextRun> PrintCommands::prepareDataSheetText(
     const FileInfo& dataSheet) {
   const PageInfo& page = dataSheet.page;
   auto run = std::make_unique<TextRun>();
+  run->name = dataSheet.name.str();
+  run->pdfName = pdfNameFor(dataSheet);
   const std::string face = page.facename.empty() ? "Times New Roman" : page.facename.str();
   const int points = page.pointsize > 0 ? std::max(4, page.pointsize / 20) : 11;
   std::optional<TextFooter> footer;
   if (environment_.settings->getInt(kPreferencesSection, "ShowFooters", 1) != 0)
     footer = TextFooter{dataSheet.name.str(),
                         footerDate(host().now(), environment_.filters->shortDatePattern)};
-  run->pages = std::make_unique<TextPages>(
-      plainRichText(dataSheetPrintText(dataSheet), face, points),
-      textMargins(page.lm, page.tm, page.rm, page.bm), footer);
+  run->pages =
+      std::make_unique<TextPages>(plainRichText(dataSheetPrintText(dataSheet), face, points),
+                                  textMargins(page.lm, page.tm, page.rm, page.bm), footer);
   if (page.tabwidth > 0) run->pages->setDefaultTabWidth(page.tabwidth);
   return run;
 }
 
-std::unique_ptr<QPrinter> PrintCommands::textPrinter(TextRun& run, const FileInfo& document) {
-  std::unique_ptr<QPrinter> printer = defaultPrinter(run.landscape, pdfNameFor(document));
+std::unique_ptr<PrintCommands::TextRun> PrintCommands::preparePlainText(const std::string& text,
+                                                                        const std::string& path) {
+  auto run = std::make_unique<TextRun>();
+  run->name = std::filesystem::path(path).filename().string();
+  run->pdfName = pdfNameFor(path, run->name);
+  std::optional<TextFooter> footer;
+  if (environment_.settings->getInt(kPreferencesSection, "ShowFooters", 1) != 0)
+    footer =
+        TextFooter{run->name, footerDate(host().now(), environment_.filters->shortDatePattern)};
+  run->pages = std::make_unique<TextPages>(plainRichText(text, "Courier New", 10),
+                                           textMargins(0, 0, 0, 0), footer);
+  return run;
+}
+
+std::unique_ptr<QPrinter> PrintCommands::textPrinter(TextRun& run) {
+  std::unique_ptr<QPrinter> printer = defaultPrinter(run.landscape, run.pdfName);
   if (!printer) return nullptr;
   BusyCursor busy;
   run.pages->layOut(*printer, paperPixels(*printer), printableOffsets(*printer));
   return printer;
 }
 
-bool PrintCommands::printText(TextRun& run, const FileInfo& document) {
-  std::unique_ptr<QPrinter> printer = textPrinter(run, document);
+bool PrintCommands::printText(TextRun& run) {
+  std::unique_ptr<QPrinter> printer = textPrinter(run);
   if (!printer) return false;
-  const std::string name = document.name.str();
   return printPages(
       *run.pages, *printer, run.landscape,
-      QCoreApplication::translate("zv::ui::PrintCommands", "Printing %1").arg(systemText(name)),
+      QCoreApplication::translate("zv::ui::PrintCommands", "Printing %1").arg(systemText(run.name)),
       [&run](QPrinter& other) {
         BusyCursor busy;
         run.pages->layOut(other, paperPixels(other), printableOffsets(other));
         return true;
       },
-      name);
+      run.name);
 }
 
-bool PrintCommands::previewText(TextRun& run, const FileInfo& document) {
-  std::unique_ptr<QPrinter> printer = textPrinter(run, document);
+bool PrintCommands::previewText(TextRun& run) {
+  std::unique_ptr<QPrinter> printer = textPrinter(run);
   if (!printer) return false;
-  const std::string name = document.name.str();
-  PrintPreviewDialog preview(*run.pages, systemText(name), environment_.parent);
+  PrintPreviewDialog preview(*run.pages, systemText(run.name), environment_.parent);
   if (preview.exec() != PrintPreviewDialog::kPrint) return true;
   return printPages(
       *run.pages, *printer, run.landscape,
-      QCoreApplication::translate("zv::ui::PrintCommands", "Printing %1").arg(systemText(name)),
+      QCoreApplication::translate("zv::ui::PrintCommands", "Printing %1").arg(systemText(run.name)),
       [&run](QPrinter& other) {
         BusyCursor busy;
         run.pages->layOut(other, paperPixels(other), printableOffsets(other));
         return true;
       },
-      name);
+      run.name);
 }
 
 bool PrintCommands::printThroughFilter(FileInfo& sheet) {
   std::unique_ptr<TextRun> run = prepareFilterText(sheet);
-  return run && printText(*run, sheet);
+  return run && printText(*run);
 }
 
 bool PrintCommands::previewThroughFilter(FileInfo& sheet) {
   std::unique_ptr<TextRun> run = prepareFilterText(sheet);
-  return run && previewText(*run, sheet);
+  return run && previewText(*run);
 }
 
 bool PrintCommands::printDataSheet(const FileInfo& dataSheet) {
   std::unique_ptr<TextRun> run = prepareDataSheetText(dataSheet);
-  return printText(*run, dataSheet);
+  return printText(*run);
 }
 
 bool PrintCommands::previewDataSheet(const FileInfo& dataSheet) {
   std::unique_ptr<TextRun> run = prepareDataSheetText(dataSheet);
-  return previewText(*run, dataSheet);
+  return previewText(*run);
+}
+
+bool PrintCommands::printPlainText(const std::string& text, const std::string& path) {
+  std::unique_ptr<TextRun> run = preparePlainText(text, path);
+  return printText(*run);
+}
+
+bool PrintCommands::previewPlainText(const std::string& text, const std::string& path) {
+  std::unique_ptr<TextRun> run = preparePlainText(text, path);
+  return previewText(*run);
 }
 
 // ---- Page Setup, auxiliary files ----

@@ -64,6 +64,9 @@ class PrintCommands {
   /// A data sheet's print and its preview: its heading and items as plain text.
   bool printDataSheet(const FileInfo& dataSheet);
   bool previewDataSheet(const FileInfo& dataSheet);
+  /// A text file's print and its preview (Windows-1252 `text`), in a fixed-pitch font.
+  bool printPlainText(const std::string& text, const std::string& path);
+  bool previewPlainText(const std::string& text, const std::string& path);
 
  private:
   struct TemplateRun;
@@ -71,10 +74,11 @@ class PrintCommands {
   std::unique_ptr<TemplateRun> prepareTemplate(FileInfo& sheet);
   std::unique_ptr<TextRun> prepareFilterText(FileInfo& sheet);
   std::unique_ptr<TextRun> prepareDataSheetText(const FileInfo& dataSheet);
+  std::unique_ptr<TextRun> preparePlainText(const std::string& text, const std::string& path);
   /// Lays text pages out on a new default printer; null after the message.
-  std::unique_ptr<QPrinter> textPrinter(TextRun& run, const FileInfo& document);
-  bool printText(TextRun& run, const FileInfo& document);
-  bool previewText(TextRun& run, const FileInfo& document);
+  std::unique_ptr<QPrinter> textPrinter(TextRun& run);
+  bool printText(TextRun& run);
+  bool previewText(TextRun& run);
   /// The print dialog, then the pages asked for. `remeasure` makes the pages again for another
   /// printer.
   bool printPages(const PagedDocument& document, QPrinter& printer, bool landscape,

@@ -40,9 +40,9 @@ QRect PreviewDisplay::paperRect() const {
   const QSize room(std::max(1, width() - 2 * kGap - kShadow),
                    std::max(1, height() - 2 * kGap - kShadow));
   const QSize fitted = paper.scaled(room, Qt::KeepAspectRatio);
-  return QRect(QPoint((width() - kShadow - fitted.width()) / 2,
-                      (height() - kShadow - fitted.height()) / 2),
-               fitted);
+  return QRect(
+      QPoint((width() - kShadow - fitted.width()) / 2, (height() - kShadow - fitted.height()) / 2),
+      fitted);
 }
 
 void PreviewDisplay::render() {
@@ -114,7 +114,8 @@ void PrintPreviewDialog::showSheet(int index) {
   const int count = sheetCount();
   current_ = std::clamp(index, 0, std::max(0, count - 1));
   display_->showSheet(count > 0 ? sheets_[static_cast<std::size_t>(current_)] : PaperSheet{});
-  status_->setText(QString::fromStdString(strprintf("%d of %d", count > 0 ? current_ + 1 : 0, count)));
+  status_->setText(
+      QString::fromStdString(strprintf("%d of %d", count > 0 ? current_ + 1 : 0, count)));
   previous_->setEnabled(current_ > 0);
   next_->setEnabled(current_ + 1 < count);
 }
