@@ -54,6 +54,8 @@ int runDelete(Context& context, const std::vector<std::string>& args);
 int runIdentify(Context& context, const std::vector<std::string>& args);
 int runConvert(Context& context, const std::vector<std::string>& args);
 int runDump(Context& context, const std::vector<std::string>& args);
+/// dump of a print template (its header, default text and attributes, pages and objects).
+int dumpPrintTemplate(const std::string& path);
 int runEval(Context& context, const std::vector<std::string>& args);
 int runExpand(Context& context, const std::vector<std::string>& args);
 int runFilter(Context& context, const std::vector<std::string>& args);

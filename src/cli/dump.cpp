@@ -8,6 +8,7 @@
 #include "core/list_info.h"
 #include "expr/symbols.h"
 #include "formats/data_sheet_document.h"
+#include "formats/print_template_header.h"
 
 namespace zv::cli {
 
@@ -84,11 +85,12 @@ int dumpDataSheet(Context& context, const std::string& path) {
 
 }  // namespace
 
-// dump FILE: the sheet (its data sheets loaded) as the engine computed it, or a data sheet, as
-// JSON.
+// dump FILE: the sheet (its data sheets loaded) as the engine computed it, a data sheet, or a
+// print template, as JSON.
 int runDump(Context& context, const std::vector<std::string>& args) {
   if (args.size() != 1) return usageError("dump takes one file");
   if (isDataSheetFile(args[0])) return dumpDataSheet(context, args[0]);
+  if (readPrintTemplateHeader(args[0])) return dumpPrintTemplate(args[0]);
   std::unique_ptr<FileInfo> sheet = openSheet(args[0]);
   if (!sheet) return 1;
 

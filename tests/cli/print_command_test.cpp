@@ -101,6 +101,53 @@ TEST_F(PrintCommand, ABadTemplateOrARefusedCheckWritesNoFile) {
   EXPECT_EQ(run({"print", "--pdf", pdf_}).exitCode, 2);
 }
 
+TEST_F(PrintCommand, DetailsPrintAfterTheTemplatesPagesAndPagesRenderAsPictures) {
+  auto result = run({"print", kData + "/characters/Ines Calloway.chr", "--pdf", pdf_});
+  ASSERT_EQ(result.exitCode, 0) << result.err;
+  if (!havePoppler()) GTEST_SKIP() << "poppler's tools are not installed";
+  // Her page, the continuation of her lists, her notes, and her details on a page of their own.
+  std::string info = capture("pdfinfo " + zv::testing::shellQuote(pdf_));
+  EXPECT_NE(info.find("Pages:           4"), std::string::npos) << info;
+  std::string last = capture("pdftotext -f 4 -l 4 " + zv::testing::shellQuote(pdf_) + " -");
+  EXPECT_NE(last.find("The Wexmoor Ledger"), std::string::npos) << last;
+  EXPECT_NE(last.find("Forty-one lamps"), std::string::npos) << last;
+  EXPECT_EQ(last.find("Hollowmark"), std::string::npos) << "no frame on a detail page";
+  // Every page renders as a picture.
+  ASSERT_EQ(std::system(("pdftoppm -r 30 -png " + zv::testing::shellQuote(pdf_) + " " +
+                         zv::testing::shellQuote((dir_ / "page").string()))
+                            .c_str()),
+            0);
+  for (int page = 1; page <= 4; ++page) {
+    const fs::path png = dir_ / ("page-" + std::to_string(page) + ".png");
+    ASSERT_TRUE(fs::exists(png)) << png;
+    EXPECT_EQ(readAll(png).substr(1, 3), "PNG");
+  }
+}
+
+TEST_F(PrintCommand, DumpShowsATemplatesPagesAndObjects) {
+  auto result = run({"dump", kData + "/hollowmark.prt"});
+  ASSERT_EQ(result.exitCode, 0) << result.err;
+  const std::string& json = result.out;
+  for (const char* expected :
+       {"\"gameSystem\":\"Hollowmark\"", "\"fileType\":3", "\"sheetType\":\"Warden\"",
+        "\"name\":\"Warden\",\"pageType\":\"Normal\"",
+        "\"name\":\"Continued\",\"pageType\":\"Continuation\"",
+        "\"name\":\"Notes\",\"pageType\":\"Optional\",\"expression\":\"@notes\"",
+        "\"name\":\"Frame\",\"pageType\":\"Background\"", "\"continuationTag\":\"Lists\"",
+        "\"isContinuation\":1", "\"kindName\":\"picture reference\"",
+        "\"reference\":\"omen-calm.png\"", "\"horizontalCells\":4", "\"sides\":6"})
+    EXPECT_NE(json.find(expected), std::string::npos) << expected << "\n" << json;
+
+  fs::path bad = dir_ / "bad.prt";
+  std::string bytes = readAll(kData + "/hollowmark.prt");
+  std::ofstream(bad, std::ios::binary) << bytes.substr(0, bytes.size() / 2);
+  result = run({"dump", bad.string()});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err.rfind("[Error] Error reading print template " + bad.string(), 0), 0u)
+      << result.err;
+}
+
 TEST_F(PrintCommand, ConvertWritesATemplateBackByteForByte) {
   fs::path out = dir_ / "copy.prt";
   auto result = run({"convert", kData + "/hollowmark.prt", out.string()});
