@@ -7,6 +7,7 @@
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QPrintDialog>
 #include <QStatusBar>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -19,6 +20,7 @@
 #include "ui/main_frame.h"
 #include "ui/text_codec.h"
 #include "ui/text_window.h"
+#include "when_modal.h"
 
 namespace fs = std::filesystem;
 using zv::ui::MainFrame;
@@ -361,8 +363,20 @@ class FrameTest : public QObject {
     }
     MainFrame frame(*settings_, *app_);
     frame.show();
+    // A file that opens prints: the print dialog, with no printer, prints to a PDF beside it.
+    bool dialogShown = false;
+    if (printAndExit && windows > 0) {
+      zv::testing::whenModal([&dialogShown](QWidget* modal) {
+        dialogShown = qobject_cast<QPrintDialog*>(modal) != nullptr;
+        qobject_cast<QDialog*>(modal)->accept();
+      });
+    }
     frame.openCommandLine(zv::CommandLine{printAndExit, path});
     QCOMPARE(frame.mdiArea()->subWindowList().size(), windows);
+    if (printAndExit && windows > 0) {
+      QVERIFY(dialogShown);
+      QVERIFY(fs::exists(fs::path(path).replace_extension(".pdf")));
+    }
     QStringList expected;
     for (const QString& box : boxes)
       expected << box.arg(QString::fromStdString(path));

@@ -13,6 +13,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPrintDialog>
+#include <QPrinter>
 #include <QProcess>
 #include <QPushButton>
 #include <QRadioButton>
@@ -123,6 +124,19 @@ class PrintCommandsTest : public QObject {
     QCOMPARE(sample_->transcript(), QStringList{});
     // Pages 2 and 3, twice.
     QCOMPARE(pdfPages(pdfBesideSheet()), 4);
+  }
+
+  void anotherPrinterInTheDialogMakesThePagesAgain() {
+    // The printer measured on works at 1200 dots to the inch; the one chosen at 300. Pages drawn
+    // with the first printer's measures would come out four times too large, mostly off the paper.
+    acceptPrintDialog([](QPrintDialog* dialog) { dialog->printer()->setResolution(300); });
+    frame().runCommand(zv::ui::kFilePrint);
+    QCOMPARE(sample_->transcript(), QStringList{});
+    QCOMPARE(pdfPages(pdfBesideSheet()), 3);
+    const QString text = pdfText(pdfBesideSheet());
+    if (text.isEmpty()) QSKIP("pdftotext is not installed");
+    for (const char* expected : {"Shillings 28\u00bd of 40", "Brother Hale of the Bell", "Page 3"})
+      QVERIFY2(text.contains(QString::fromUtf8(expected)), expected);
   }
 
   void cancelledPrintDialogPrintsNothing() {
