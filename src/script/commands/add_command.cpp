@@ -108,12 +108,14 @@ void setOptionValue(Option& option, const std::string& text) {
           chosen = static_cast<int>(i) + 1;
         }
       }
-      if (chosen == 0 && !text.empty() && text.find_first_not_of("0123456789") == std::string::npos) {
+      if (chosen == 0 && !text.empty() &&
+          text.find_first_not_of("0123456789") == std::string::npos) {
         chosen = std::atoi(text.c_str());
       }
       if (chosen >= 1 && chosen <= static_cast<int>(entries.size())) {
         std::string value = strprintf("?:%d;", chosen);
-        for (const std::string& entry : entries) value += entry + ";";
+        for (const std::string& entry : entries)
+          value += entry + ";";
         option.value = value;
         return;
       }
@@ -167,7 +169,8 @@ Flow runAdd(ScriptRun& run) {
     if (list == nullptr) return Flow::Stop;
     if (newName == name) newName = itemName;
   } else {
-    if (run.destinationList == nullptr) return run.fail("Period missing between list and item names");
+    if (run.destinationList == nullptr)
+      return run.fail("Period missing between list and item names");
     list = run.destinationList;
     dataList = dataListOf(*run.destSheet, *list);
     if (dataList == nullptr) {
@@ -176,16 +179,17 @@ Flow runAdd(ScriptRun& run) {
     }
   }
   if (list->maxItems > 0 && elementCount(*list) >= static_cast<std::size_t>(list->maxItems)) {
-    return run.fail(strprintf(
-        "The script attempted to add too many items to the list '%s'. The limit is %d.",
-        std::string_view(list->name), static_cast<int>(list->maxItems)));
+    return run.fail(
+        strprintf("The script attempted to add too many items to the list '%s'. The limit is %d.",
+                  std::string_view(list->name), static_cast<int>(list->maxItems)));
   }
   std::optional<std::string> valueText;
   if (found == '=') {
     std::string expression;
     if (!run.reader.scanToDelimiter(";", expression, found, kValueCapacity)) return Flow::Stop;
     Value value;
-    if (valueOfText(run, expression, "Error in assignment expression (may be missing semicolon): %s",
+    if (valueOfText(run, expression,
+                    "Error in assignment expression (may be missing semicolon): %s",
                     value) == Flow::Stop) {
       return Flow::Stop;
     }
@@ -217,8 +221,8 @@ Flow runAdd(ScriptRun& run) {
   Item* parent = run.currentSublistParent;
   if (parent != nullptr && parent->list != list) parent = nullptr;
   AddChain chain;
-  const AddResult added = addItem(*run.destSheet, *list, std::move(copy),
-                                  Placement::appendTo(parent), chain, false);
+  const AddResult added =
+      addItem(*run.destSheet, *list, std::move(copy), Placement::appendTo(parent), chain, false);
   if (added.status != AddStatus::Added || added.item == nullptr) {
     run.errorReported = true;
     return Flow::Stop;

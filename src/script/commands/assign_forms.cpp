@@ -59,8 +59,8 @@ Flow assignSheetVariable(ScriptRun& run, const std::string& name, const std::str
   for (ListInfo* list : sheet.allLists()) {
     if (equalsIgnoringCase(std::string_view(list->totalVarName), name)) {
       return run.fail(
-          strprintf("The variable '%s' cannot be assigned because the list '%s' defines it.",
-                    name, std::string_view(list->name)));
+          strprintf("The variable '%s' cannot be assigned because the list '%s' defines it.", name,
+                    std::string_view(list->name)));
     }
   }
   Value value;
@@ -149,8 +149,8 @@ Flow assignDialogField(ScriptRun& run, DlgInfo& dialog, const std::string& field
                        const std::string& valueText) {
   DlgItem* field = findField(dialog, fieldName);
   if (field == nullptr) {
-    return run.fail(strprintf("%s.%s is not a field in a dialog", std::string_view(dialog.name),
-                              fieldName));
+    return run.fail(
+        strprintf("%s.%s is not a field in a dialog", std::string_view(dialog.name), fieldName));
   }
   std::optional<std::string> text;
   const std::string trimmed = trimBlanks(valueText);
@@ -176,8 +176,8 @@ Flow assignDialogField(ScriptRun& run, DlgInfo& dialog, const std::string& field
   }
   if (field->kind == kPicture) return assignPicture(run, *field, *text);
   if (!setFieldText(*run.destSheet, *field, *text)) {
-    return run.fail(strprintf("Error setting dialog field %s.%s", std::string_view(dialog.name),
-                              fieldName));
+    return run.fail(
+        strprintf("Error setting dialog field %s.%s", std::string_view(dialog.name), fieldName));
   }
   return Flow::Next;
 }
@@ -186,8 +186,7 @@ Flow assignItemLevel(ScriptRun& run, ListInfo& list, const std::string& itemName
                      const std::string& valueText) {
   Item* item = findElement(list, itemName);
   if (item == nullptr) {
-    return run.fail(
-        strprintf("Cannot find %s in list %s", itemName, std::string_view(list.name)));
+    return run.fail(strprintf("Cannot find %s in list %s", itemName, std::string_view(list.name)));
   }
   WatchedItem watched(run, item);
   Value value;

@@ -115,8 +115,7 @@ Flow runCopyDialog(ScriptRun& run) {
   }
   DlgInfo* target = findDialog(*run.destSheet, to);
   if (target == nullptr) {
-    return run.fail(
-        strprintf("copyDialog: dialog '%s' doesn't exist in new character sheet.", to));
+    return run.fail(strprintf("copyDialog: dialog '%s' doesn't exist in new character sheet.", to));
   }
   if (source == target) return Flow::Next;
   CopyContext context = contextOf(run);

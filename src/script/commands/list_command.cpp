@@ -185,7 +185,8 @@ Flow ListWalk::element(Item& element, bool& skipped) {
     bool matches = false;
     if (token.is(Token::Category)) {
       if (!readGroupNames(run_, "'~' expected after category", names)) return Flow::Stop;
-      for (const std::string& name : names) matches = matches || itemInCategory(element, name);
+      for (const std::string& name : names)
+        matches = matches || itemInCategory(element, name);
     } else if (token.is(Token::Default)) {
       if (!expectTilde(run_, "'~' required after default member")) return Flow::Stop;
       matches = !element.isSublist();

@@ -105,7 +105,8 @@ void takeFromElement(FileInfo& destination, Item& copy, const Item& element) {
 std::vector<Item*> pointersOf(const ItemChain& chain) {
   std::vector<Item*> out;
   out.reserve(chain.size());
-  for (const auto& item : chain) out.push_back(item.get());
+  for (const auto& item : chain)
+    out.push_back(item.get());
   return out;
 }
 
@@ -203,7 +204,8 @@ bool replaceItems(CopyContext& context, Category* dataList, ListInfo& list,
     if (!stillThere) continue;
     if (context.beforeDelete) {
       std::vector<Item*> gone{item};
-      for (Item* automatic : automaticChildren(context.destination, *item)) gone.push_back(automatic);
+      for (Item* automatic : automaticChildren(context.destination, *item))
+        gone.push_back(automatic);
       context.beforeDelete(gone);
     }
     deleteElement(context.destination, list, *item);
@@ -217,7 +219,8 @@ bool replaceItems(CopyContext& context, Category* dataList, ListInfo& list,
 bool copyList(CopyContext& context, ListInfo& from, ListInfo& to) {
   if (&from == &to) return true;
   Category* dataList = categoryFind(context.destination, std::string_view(from.catName));
-  if (dataList == nullptr) dataList = categoryFind(context.destination, std::string_view(to.catName));
+  if (dataList == nullptr)
+    dataList = categoryFind(context.destination, std::string_view(to.catName));
   if (!replaceItems(context, dataList, to, pointersOf(from.items), nullptr, 0)) return false;
   addUpList(to);
   return true;
@@ -314,11 +317,10 @@ bool copyDialog(CopyContext& context, DlgInfo& from, DlgInfo& to) {
     if (field->kind == kList) {
       if (!field->listField) continue;
       ListInfo& sourceList = *field->listField;
-      Category* dataList =
-          categoryFind(context.destination, std::string_view(sourceList.catName));
+      Category* dataList = categoryFind(context.destination, std::string_view(sourceList.catName));
       if (dataList == nullptr) {
-        showError(strprintf("Can't find selection list for '%s'",
-                            std::string_view(sourceList.name)));
+        showError(
+            strprintf("Can't find selection list for '%s'", std::string_view(sourceList.name)));
         return false;
       }
       ListInfo* targetList = nullptr;
@@ -335,8 +337,7 @@ bool copyDialog(CopyContext& context, DlgInfo& from, DlgInfo& to) {
         return false;
       }
       if (targetList == &sourceList) continue;
-      if (!replaceItems(context, dataList, *targetList, pointersOf(sourceList.items), nullptr,
-                        0)) {
+      if (!replaceItems(context, dataList, *targetList, pointersOf(sourceList.items), nullptr, 0)) {
         return false;
       }
       addUpList(*targetList);
@@ -387,9 +388,9 @@ bool copyHeaderValues(FileInfo& destination, FileInfo& source) {
   if (equalsIgnoringCase(std::string_view(destination.gameSystemName),
                          std::string_view(source.gameSystemName))) {
     for (const std::string& name : source.dataFiles) {
-      const bool present = std::any_of(
-          destination.dataFiles.begin(), destination.dataFiles.end(),
-          [&name](const std::string& held) { return equalsIgnoringCase(held, name); });
+      const bool present =
+          std::any_of(destination.dataFiles.begin(), destination.dataFiles.end(),
+                      [&name](const std::string& held) { return equalsIgnoringCase(held, name); });
       if (present) continue;
       const OpenDataSheet* known = findLoadedDataSheet(name);
       if (known == nullptr || known->level != destination.level) continue;

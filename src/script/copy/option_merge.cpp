@@ -81,7 +81,8 @@ void setWanted(Option& target, std::string_view fromValue) {
   const std::string wanted = wantedText(fromValue);
   if (to == "?+") {
     const char state = wanted == "1" || equalsIgnoringCase(wanted, "yes") ? '1' : '0';
-    target.value = strprintf("?+%c%s", state, target.value.size() > 3 ? target.value.substr(3) : "");
+    target.value =
+        strprintf("?+%c%s", state, target.value.size() > 3 ? target.value.substr(3) : "");
     return;
   }
   if (to == "?:") {
@@ -91,7 +92,8 @@ void setWanted(Option& target, std::string_view fromValue) {
       const bool byValue = from == "?+" && entryValue(list.entries[i]) == wanted;
       if (byLabel || byValue) {
         std::string value = strprintf("?:%d;", static_cast<int>(i + 1));
-        for (const std::string& entry : list.entries) value += entry + ";";
+        for (const std::string& entry : list.entries)
+          value += entry + ";";
         target.value = value;
         return;
       }

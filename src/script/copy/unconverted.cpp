@@ -13,7 +13,8 @@ void clearChain(ItemChain& chain, bool items, bool options) {
   for (const auto& item : chain) {
     if (items) item->setConverted(false);
     if (options) {
-      for (const auto& option : item->options) option->setConverted(false);
+      for (const auto& option : item->options)
+        option->setConverted(false);
     }
     clearChain(item->children, items, options);
   }
@@ -38,19 +39,22 @@ void collectUnmarked(ItemChain& chain, std::vector<Item*>& out) {
 }  // namespace
 
 void clearConversionMarks(FileInfo& sheet, bool items, bool options) {
-  for (ListInfo* list : sheet.allLists()) clearChain(list->items, items, options);
+  for (ListInfo* list : sheet.allLists())
+    clearChain(list->items, items, options);
 }
 
 int countUnconverted(const std::vector<ListInfo*>& lists) {
   int count = 0;
-  for (const ListInfo* list : lists) count += countChain(list->items);
+  for (const ListInfo* list : lists)
+    count += countChain(list->items);
   return count;
 }
 
 int addUnconvertedItems(FileInfo& destination, ListInfo& target,
                         const std::vector<ListInfo*>& lists) {
   std::vector<Item*> unmarked;
-  for (ListInfo* list : lists) collectUnmarked(list->items, unmarked);
+  for (ListInfo* list : lists)
+    collectUnmarked(list->items, unmarked);
   int added = 0;
   for (Item* element : unmarked) {
     const std::string name = element->level.empty()

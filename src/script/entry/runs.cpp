@@ -174,8 +174,8 @@ RunOutcome runItemScript(ScriptEnvironment& environment, FileInfo& sheet, Item* 
   run.kind = RunKind::Item;
   run.commands = sheetCommands();
   run.scriptMode = true;
-  run.reader.position = ScriptPosition{makeSource(std::move(text), std::string(fileLabel)), start,
-                                       firstLine, item};
+  run.reader.position =
+      ScriptPosition{makeSource(std::move(text), std::string(fileLabel)), start, firstLine, item};
   run.lastItemAdded = item;
   {
     DebuggerFrame frame(run, "<execute>");

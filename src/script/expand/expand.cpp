@@ -87,7 +87,8 @@ std::string Expander::readName(std::size_t& at) const {
   if (at < text_.size() && (text_[at] == '~' || text_[at] == '&' || text_[at] == '@')) {
     name += text_[at++];
   }
-  while (at < text_.size() && isNameCharacter(text_[at])) name += text_[at++];
+  while (at < text_.size() && isNameCharacter(text_[at]))
+    name += text_[at++];
   return name;
 }
 

@@ -67,7 +67,8 @@ Result canceled(ScriptRun& run, std::string_view) {
 Item* drawFrom(const ItemChain& chain) {
   if (chain.empty()) return nullptr;
   std::uint32_t total = 0;
-  for (const auto& item : chain) total += item->rand();
+  for (const auto& item : chain)
+    total += item->rand();
   if (total == 0) return chain[randomBelow(static_cast<std::uint32_t>(chain.size()))].get();
   std::uint32_t draw = randomBelow(total);
   for (const auto& item : chain) {
@@ -204,10 +205,18 @@ struct PlusFunction {
 };
 
 constexpr PlusFunction kFunctions[] = {
-    {"canceled", canceled},       {"randselect", randselect},   {"inlist", inlist},
-    {"insourcelist", insourcelist}, {"available", available},   {"value", value},
-    {"selectedIndex", selectedIndex}, {"listCount", listCount}, {"currentField", currentField},
-    {"currentWindow", currentWindow}, {"date", date},           {"tickcount", tickcount},
+    {"canceled", canceled},
+    {"randselect", randselect},
+    {"inlist", inlist},
+    {"insourcelist", insourcelist},
+    {"available", available},
+    {"value", value},
+    {"selectedIndex", selectedIndex},
+    {"listCount", listCount},
+    {"currentField", currentField},
+    {"currentWindow", currentWindow},
+    {"date", date},
+    {"tickcount", tickcount},
 };
 
 const PlusFunction* findFunction(std::string_view name) {

@@ -63,7 +63,8 @@ Flow runExec(ScriptRun& run) {
   ScriptHeader header;
   if (!readScriptHeader(run.reader, header)) return Flow::Stop;
   if (header.hasGameSystems &&
-      (!equalsIgnoringCase(header.sourceSystem, std::string_view(run.sourceSheet->gameSystemName)) ||
+      (!equalsIgnoringCase(header.sourceSystem,
+                           std::string_view(run.sourceSheet->gameSystemName)) ||
        !equalsIgnoringCase(header.destSystem, std::string_view(run.destSheet->gameSystemName)))) {
     jumpTo(run.reader, back);
     return run.fail(strprintf("You have attempted to exec a %s script on a %s character sheet.",

@@ -67,8 +67,7 @@ Flow callSubroutine(ScriptRun& run, Subroutine& subroutine,
   // The arguments are worked out in the caller's scope, before the new frame exists.
   std::vector<Value> values(arguments.size());
   for (std::size_t i = 0; i < arguments.size(); ++i) {
-    if (!evaluateStatementText(run, arguments[i], "Error in argument expression: %s",
-                               values[i])) {
+    if (!evaluateStatementText(run, arguments[i], "Error in argument expression: %s", values[i])) {
       return Flow::Stop;
     }
   }

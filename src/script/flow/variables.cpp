@@ -57,12 +57,14 @@ bool defineLocal(ScriptRun& run, const std::string& name, const std::string& exp
   }
   Value value;
   if (evaluateText(run, expression, value) != 0) {
-    run.reportError(strprintf("Unable to define local variable %s (%s)", name, expressionErrorText()));
+    run.reportError(
+        strprintf("Unable to define local variable %s (%s)", name, expressionErrorText()));
     return false;
   }
   Symbol* local = defineVariable(locals, name, "0");
   if (local == nullptr || setValue(locals, *local, value) != 0) {
-    run.reportError(strprintf("Unable to define local variable %s (%s)", name, expressionErrorText()));
+    run.reportError(
+        strprintf("Unable to define local variable %s (%s)", name, expressionErrorText()));
     return false;
   }
   return true;
@@ -144,8 +146,8 @@ bool assignVariable(ScriptRun& run, const std::string& name, const Value& value)
     SymbolTable* table = symbol->table != nullptr ? symbol->table : &context;
     FileInfo* sheet = table->owner;
     const bool sheetVariable = sheet != nullptr && sheet->symbols.get() == table;
-    const int result = sheetVariable ? setVariableValue(*sheet, *symbol, value)
-                                     : setValue(*table, *symbol, value);
+    const int result =
+        sheetVariable ? setVariableValue(*sheet, *symbol, value) : setValue(*table, *symbol, value);
     if (result != 0) {
       run.reportError(strprintf("Error setting '%s'", name));
       return false;
@@ -183,8 +185,8 @@ Flow runVar(ScriptRun& run, bool local) {
     std::string expression = trimBlanks(text.substr(equals + 1));
     if (!expandExpression(run, name) || !expandExpression(run, expression)) return Flow::Stop;
     name = trimBlanks(name);
-    const bool ok = local ? defineLocal(run, name, expression)
-                          : defineScriptVariable(run, name, expression);
+    const bool ok =
+        local ? defineLocal(run, name, expression) : defineScriptVariable(run, name, expression);
     return ok ? Flow::Next : Flow::Stop;
   }
   for (const std::string& piece : split(text, ',')) {

@@ -115,7 +115,8 @@ void ScriptRun::beforeDelete(const std::vector<Item*>& doomed) {
       continue;
     }
     if (contains(doomed, walk->element)) walk->element = nullptr;
-    while (contains(doomed, walk->next)) walk->next = nextSibling(*walk->next);
+    while (contains(doomed, walk->next))
+      walk->next = nextSibling(*walk->next);
   }
 }
 
@@ -136,8 +137,10 @@ std::vector<Item*> itemsDeletedWith(FileInfo& sheet, Item& item) {
     pending.pop_back();
     if (contains(doomed, next)) continue;
     doomed.push_back(next);
-    for (const auto& child : next->children) pending.push_back(child.get());
-    for (Item* automatic : automaticChildren(sheet, *next)) pending.push_back(automatic);
+    for (const auto& child : next->children)
+      pending.push_back(child.get());
+    for (Item* automatic : automaticChildren(sheet, *next))
+      pending.push_back(automatic);
   }
   return doomed;
 }
