@@ -1,8 +1,8 @@
 // The $ preprocessor: each sequence and $+ function, as the text a statement's expression becomes
 // (seen through the variable it is assigned to) or the message it gives.
 
-#include "core/numbers.h"
 #include "script/expand/expand.h"
+#include "core/numbers.h"
 #include "script/expand/plus_functions.h"
 #include "script_support.h"
 
@@ -36,27 +36,30 @@ class ScriptExpansion : public ScriptTest {
 };
 
 TEST_F(ScriptExpansion, SequencesOnABlankSheet) {
-  check(blankSheet(),
-        {
-            {"c = $+canceled;", "c", "0"},
-            {"v = \"$+canceled\";", "v", "\"0\""},
-            {"x = \"[$$nosuch]\";", "x", "\"[]\""},
-            {"y = 5; x = \"$$y$$y\";", "x", "\"55\""},
-            {"\n\nx = $#;", "x", "3"},
-            {"q = 'say \"hi\"'; x = \"<$$q>\";", "x", "\"<say ''hi''>\""},
-            {"x = \"a$zb\";", "x", "\"a$zb\""},
-            {"t = \"$+tickcount()\"; x = t > 0;", "x", "1"},
-            {"x = $+foo(1);", "", "[Script Error] Unknown function: $+foo\\n\\nFile: t.scp, line: 1"},
-            {"x = $+listCount;", "",
-             "[Script Error] Missing '(' after $+listCount\\n\\nFile: t.scp, line: 1"},
-            {"x = $+(1);", "", "[Script Error] Couldn't read function after $+\\n\\nFile: t.scp, line: 1"},
-            {"x = $+inlist(a;", "", "[Script Error] Bad arguments for $+inlist\\n\\nFile: t.scp, line: 1"},
-            {"x = $l;", "",
-             "[Script Error] No current item, $l, $o, $n, $v or $c reference found\\n\\nFile: "
-             "t.scp, line: 1"},
-            {"x = 5 $;", "",
-             "[Script Error] Missing character after $ in expression\\n\\nFile: t.scp, line: 1"},
-                    });
+  check(
+      blankSheet(),
+      {
+          {"c = $+canceled;", "c", "0"},
+          {"v = \"$+canceled\";", "v", "\"0\""},
+          {"x = \"[$$nosuch]\";", "x", "\"[]\""},
+          {"y = 5; x = \"$$y$$y\";", "x", "\"55\""},
+          {"\n\nx = $#;", "x", "3"},
+          {"q = 'say \"hi\"'; x = \"<$$q>\";", "x", "\"<say ''hi''>\""},
+          {"x = \"a$zb\";", "x", "\"a$zb\""},
+          {"t = \"$+tickcount()\"; x = t > 0;", "x", "1"},
+          {"x = $+foo(1);", "", "[Script Error] Unknown function: $+foo\\n\\nFile: t.scp, line: 1"},
+          {"x = $+listCount;", "",
+           "[Script Error] Missing '(' after $+listCount\\n\\nFile: t.scp, line: 1"},
+          {"x = $+(1);", "",
+           "[Script Error] Couldn't read function after $+\\n\\nFile: t.scp, line: 1"},
+          {"x = $+inlist(a;", "",
+           "[Script Error] Bad arguments for $+inlist\\n\\nFile: t.scp, line: 1"},
+          {"x = $l;", "",
+           "[Script Error] No current item, $l, $o, $n, $v or $c reference found\\n\\nFile: "
+           "t.scp, line: 1"},
+          {"x = 5 $;", "",
+           "[Script Error] Missing character after $ in expression\\n\\nFile: t.scp, line: 1"},
+      });
 }
 
 TEST_F(ScriptExpansion, ACurrentFieldWithoutAnAnswerStopsSilently) {
@@ -84,7 +87,8 @@ TEST_F(ScriptExpansion, TheBaseValueRule) {
 
 TEST_F(ScriptExpansion, ExpressionOverflow) {
   std::string body = "big = \"" + std::string(600, 'a') + "\";\nx = \"";
-  for (int i = 0; i < 20; ++i) body += "$$big";
+  for (int i = 0; i < 20; ++i)
+    body += "$$big";
   body += "\";";
   EXPECT_FALSE(run(body));
   EXPECT_EQ(firstLine(), "[Script Error] Expression overflow\\n\\nFile: t.scp, line: 2");
@@ -107,8 +111,8 @@ TEST_F(ScriptExpansion, TheItemSequencesAndQuotesInsideQuotes) {
   check(sheet, {
                    {"foreach (Things) x = \"$n\"; endforeach", "x", "\"The ''Big'' One\""},
                    {"foreach (Things) x = \"$o|$l\"; endforeach", "x", "\"Big One|3\""},
-                   {"foreach (Things) options Edge ~ x = \"$n=$v\"; end endoptions endforeach",
-                    "x", "\"Edge=keen\""},
+                   {"foreach (Things) options Edge ~ x = \"$n=$v\"; end endoptions endforeach", "x",
+                    "\"Edge=keen\""},
                });
 }
 

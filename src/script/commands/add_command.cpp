@@ -70,6 +70,7 @@ std::optional<std::string> throughLookup(ScriptRun& run, Item& item, const std::
 
 /// Moves an item's level to the nearest level its checks accept, when the present one fails.
 void snapLevel(Item& item) {
+  if (item.level.empty() || item.isSublist()) return;
   std::string message;
   if (checkLevel(item, item.level, message) != 0) return;
   const double level = nextAcceptableLevel(item, valueToDouble(item.value), 1.0);
