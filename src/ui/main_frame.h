@@ -16,6 +16,7 @@
 #include "formats/sheet_document.h"
 #include "rules/requirements/prereq_dialog.h"
 #include "rules/value/sheet_view.h"
+#include "script/state/environment.h"
 #include "ui/command_table.h"
 #include "ui/sheet_view.h"
 
@@ -92,6 +93,8 @@ class MainFrame : public QMainWindow {
   SheetViewHooks previousHooks_;
   RequirementsDialogRunner previousRunner_;
   void checkRequirements(SheetView& view);
+  /// Data > Run Script...: the game system's scripts by title; the one chosen runs on the sheet.
+  void runScript(SheetView& view);
 
   void buildMenus();
   void addMenuEntries(QMenu* menu, std::span<const MenuEntry> entries);
@@ -133,6 +136,8 @@ class MainFrame : public QMainWindow {
   /// Hand-overs to the system under way; above 0 when a file came back from the system.
   int handOverDepth_ = 0;
   bool settingsWritten_ = false;
+  /// What the script runs of this program share: above all, that one runs at a time.
+  script::ScriptEnvironment scripts_;
 };
 
 }  // namespace zv::ui
