@@ -370,6 +370,13 @@ TEST_F(ScriptFlow, ExecReplacesTheScriptAndUnwindsSubroutines) {
   EXPECT_EQ(blankSheet().symbols->findHere("never"), nullptr);
 }
 
+TEST_F(ScriptFlow, AScriptThatExecsItselfEndsAtTheStepBudget) {
+  writeFile("again.scp", "\"Conversion script v. 1\" gamesystem Tiny Tiny\r\nexec again.scp;\r\n");
+  host().setInterruptAfterPolls(50);
+  EXPECT_FALSE(runScriptOnSheet(environment, blankSheet(), "again.scp"));
+  EXPECT_EQ(lines(), "[Script Error] Conversion canceled.\\n\\nFile: again.scp, line: 2\n");
+}
+
 TEST_F(ScriptFlow, ExecOfAScriptOfAnotherGameSystem) {
   writeFile("big.scp", "\"Conversion script v. 1\" gamesystem Tiny Big\r\nafter = 1;\r\n");
   EXPECT_FALSE(run("exec big.scp;"));

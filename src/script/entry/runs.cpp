@@ -73,6 +73,8 @@ bool runTopLevel(ScriptRun& run) {
     if (dispatchStatement(run, token) == Flow::Next) continue;
     if (!run.execPending) return false;
     run.execPending = false;
+    // A script may exec itself: each new start polls for cancel like a loop's pass.
+    if (!run.checkCancel()) return false;
     run.returnPending = false;
     if (run.kind != RunKind::Conversion && run.execSubroutines) run.execSubroutines->clear();
     jumpTo(run.reader, run.execResume);
