@@ -11,11 +11,12 @@
 #include <iterator>
 #include <string>
 
+#include "core/engine_context.h"
 #include "core/game_systems.h"
 #include "core/headless_host.h"
 #include "formats/datasheet/data_sheet_loader.h"
-#include "formats/tokens/keywords.h"
 #include "formats/macro/macro_context.h"
+#include "formats/tokens/keywords.h"
 #include "formats/tokens/tokenstream.h"
 #include "synthetic_game_system.h"
 
@@ -72,7 +73,7 @@ void runLoad(benchmark::State& state, const std::string& name) {
   if (dataDir().empty()) return state.SkipWithError("the synthetic game system was not written");
   HeadlessHost quiet(nullptr);
   HostInstallation installed(quiet);
-  dataSheetEnvironment() = DataSheetEnvironment{dataDir(), 0, false};
+  engine().dataSheets = DataSheetSettings{dataDir(), 0, false};
   long items = 0;
   for (auto _ : state) {
     state.PauseTiming();

@@ -11,8 +11,8 @@
 #include "core/game_system.h"
 #include "core/headless_host.h"
 #include "expr/symbols.h"
+#include "formats/engine_wiring.h"
 #include "formats/sheet/expr_sheet_symbols.h"
-#include "rules/install.h"
 #include "rules/lists/place_item.h"
 
 namespace {
@@ -22,7 +22,7 @@ constexpr int kAdds = 1000;
 
 struct Environment {
   Environment() : installed(host), system("Benchmark") {
-    static const bool once = (zv::installListTotalVariables(), zv::installItemRules(), true);
+    static const bool once = (zv::wireEngineServices(zv::engine()), true);
     (void)once;
     // Skills with cost functions, one in ten following the first; every tenth brings a piece of
     // gear with it.

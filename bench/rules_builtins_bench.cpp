@@ -20,7 +20,7 @@ namespace {
 void BM_PrereqSatisfied(benchmark::State& state) {
   zv::HeadlessHost host(nullptr);
   zv::HostInstallation installed(host);
-  zv::installItemRules();
+  zv::wireItemRules(zv::engine());
   zv::FileInfo sheet;
   sheet.symbols = std::make_shared<zv::SymbolTable>();
   sheet.symbols->owner = &sheet;

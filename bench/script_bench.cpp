@@ -7,14 +7,15 @@
 #include <memory>
 #include <string>
 
+#include "core/engine_context.h"
 #include "core/fileinfo.h"
 #include "core/game_systems.h"
 #include "core/headless_host.h"
 #include "expr/symbols.h"
+#include "formats/engine_wiring.h"
 #include "formats/sheet/expr_sheet_symbols.h"
 #include "formats/sheet/sheet_reader.h"
 #include "formats/tokens/tokenstream.h"
-#include "rules/install.h"
 #include "rules/value/level.h"
 #include "script/entry/runs.h"
 #include "script/expand/expand.h"
@@ -41,7 +42,7 @@ std::string generatedSheet() {
 
 struct Environment {
   Environment() : installed(host) {
-    static const bool once = (zv::installListTotalVariables(), zv::installItemRules(), true);
+    static const bool once = (zv::wireEngineServices(zv::engine()), true);
     (void)once;
   }
   zv::HeadlessHost host{nullptr};

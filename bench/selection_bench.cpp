@@ -7,11 +7,11 @@
 #include <memory>
 #include <string>
 
+#include "core/engine_context.h"
 #include "core/game_systems.h"
 #include "core/headless_host.h"
 #include "expr/symbols.h"
 #include "rules/install.h"
-#include "rules/value/preferences.h"
 #include "rules/selection/rule_library.h"
 #include "rules/selection/select_item.h"
 
@@ -48,10 +48,9 @@ void fillCategory(zv::Category& category, int count) {
 void offer(benchmark::State& state, bool withRules) {
   zv::HeadlessHost host(nullptr);
   zv::HostInstallation installed(host);
-  zv::installItemRules();
-  zv::RulePreferences preferences;
-  preferences.applyRules = withRules;
-  const zv::RulePreferences saved = zv::setRulePreferences(preferences);
+  zv::ScopedEngineContext context;
+  zv::wireItemRules(context.context());
+  context->preferences.applyRules = withRules;
   zv::clearGameSystems();
   zv::GameSystem& system = zv::findOrCreateGameSystem("Benchland");
   fillCategory(system.findOrAddCategory("Gear"), static_cast<int>(state.range(0)));
@@ -77,7 +76,6 @@ void offer(benchmark::State& state, bool withRules) {
     benchmark::DoNotOptimize(selection.rows().size());
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));
-  zv::setRulePreferences(saved);
   sheet.gameSystem = nullptr;
   zv::clearGameSystems();
 }

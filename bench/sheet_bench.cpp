@@ -8,11 +8,11 @@
 
 #include "core/fileinfo.h"
 #include "core/headless_host.h"
+#include "formats/engine_wiring.h"
 #include "formats/sheet/expr_sheet_symbols.h"
 #include "formats/sheet/sheet_reader.h"
 #include "formats/tokens/tokenstream.h"
 #include "rules/value/edit.h"
-#include "rules/install.h"
 #include "rules/value/level.h"
 
 namespace {
@@ -54,7 +54,7 @@ std::string generatedSheet() {
 
 struct Environment {
   Environment() : installed(host) {
-    static const bool once = (zv::installListTotalVariables(), zv::installItemRules(), true);
+    static const bool once = (zv::wireEngineServices(zv::engine()), true);
     (void)once;
   }
   zv::HeadlessHost host{nullptr};

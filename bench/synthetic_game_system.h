@@ -9,7 +9,7 @@
 #include <string>
 
 #include "core/strfmt.h"
-#include "formats/datasheet/data_sheet_document.h"
+#include "formats/data_sheet_document.h"
 #include "formats/datasheet/data_sheet_writer.h"
 #include "formats/tokens/tokenstream.h"
 
@@ -75,10 +75,10 @@ inline bool writeSyntheticGameSystem(const std::filesystem::path& dir) {
     out << makeSyntheticText();
     if (!out) return false;
   }
-  DataSheetContents contents;
-  if (!readDataSheetContents(dir / "synthia_text.cds", contents)) return false;
+  std::unique_ptr<DataSheetDocument> document = openDataSheetDocument(dir / "synthia_text.cds");
+  if (!document) return false;
   MemoryByteStream binary;
-  if (writeDataSheet(contents.file, *contents.system, binary, true) != kWriteOk) return false;
+  if (writeDataSheetDocument(*document, binary, true) != kWriteOk) return false;
   std::ofstream out(dir / "synthia.cds", std::ios::binary);
   out << binary.data();
   return static_cast<bool>(out);

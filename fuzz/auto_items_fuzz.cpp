@@ -15,7 +15,6 @@
 #include "core/option_tree.h"
 #include "core/random.h"
 #include "core/text.h"
-#include "core/text.h"
 #include "expr/symbols.h"
 #include "rules/auto/auto_items.h"
 #include "rules/install.h"
@@ -41,7 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   zv::HeadlessHost host(nullptr);
   host.setInterruptAfterPolls(2000);
   zv::HostInstallation installed(host);
-  static const bool rules = (zv::installItemRules(), true);
+  static const bool rules = (zv::wireItemRules(zv::engine()), true);
   (void)rules;
   zv::seedRandom(1);
 

@@ -34,7 +34,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   zv::HeadlessHost host(nullptr);
   host.setInterruptAfterPolls(2000);
   zv::HostInstallation installed(host);
-  static const bool rules = (zv::installItemRules(), true);
+  static const bool rules = (zv::wireItemRules(zv::engine()), true);
   (void)rules;
 
   zv::FileInfo sheet;

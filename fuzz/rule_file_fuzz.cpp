@@ -11,14 +11,14 @@
 #include <memory>
 #include <string_view>
 
+#include "core/engine_context.h"
 #include "core/game_systems.h"
 #include "core/headless_host.h"
 #include "core/ini_file.h"
 #include "core/text.h"
 #include "expr/symbols.h"
-#include "rules/selection/apply_rules.h"
 #include "rules/install.h"
-#include "rules/value/preferences.h"
+#include "rules/selection/apply_rules.h"
 #include "rules/selection/rule_library.h"
 #include "rules/selection/rule_sets.h"
 #include "rules/selection/select_item.h"
@@ -44,11 +44,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   zv::HeadlessHost host(nullptr);
   host.setInterruptAfterPolls(2000);
   zv::HostInstallation installed(host);
-  static const bool rules = (zv::installItemRules(), true);
+  static const bool rules = (zv::wireItemRules(zv::engine()), true);
   (void)rules;
-  zv::RulePreferences preferences;
-  preferences.applyRules = true;
-  zv::setRulePreferences(preferences);
+  zv::engine().preferences.applyRules = true;
 
   zv::clearGameSystems();
   zv::GameSystem& system = zv::findOrCreateGameSystem("Fuzzland");

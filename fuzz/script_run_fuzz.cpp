@@ -10,6 +10,7 @@
 #include <string>
 
 #include "core/dialog.h"
+#include "core/engine_context.h"
 #include "core/fileinfo.h"
 #include "core/game_system.h"
 #include "core/game_systems.h"
@@ -18,8 +19,8 @@
 #include "core/option_tree.h"
 #include "core/random.h"
 #include "expr/symbols.h"
+#include "formats/engine_wiring.h"
 #include "formats/tokens/keywords.h"
-#include "rules/install.h"
 #include "rules/value/level.h"
 #include "script/entry/runs.h"
 
@@ -94,7 +95,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   zv::HeadlessHost host(nullptr);
   host.setInterruptAfterPolls(2000);
   zv::HostInstallation installed(host);
-  static const bool rules = (zv::installItemRules(), true);
+  static const bool rules = (zv::wireEngineServices(zv::engine()), true);
   (void)rules;
   zv::seedRandom(1);
 

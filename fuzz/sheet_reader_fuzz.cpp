@@ -10,10 +10,10 @@
 #include "core/game_systems.h"
 #include "core/headless_host.h"
 #include "core/list_total.h"
+#include "formats/engine_wiring.h"
 #include "formats/sheet/expr_sheet_symbols.h"
 #include "formats/sheet/sheet_reader.h"
 #include "formats/sheet/sheet_writer.h"
-#include "rules/install.h"
 #include "rules/value/level.h"
 #include "rules/value/recalculate.h"
 
@@ -36,8 +36,7 @@ bool readSheet(FileInfo& sheet, std::string data) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static HeadlessHost quietHost(nullptr);
   static HostInstallation installed(quietHost);
-  static ListTotalHook hook = installListTotalVariables();
-  static const bool rules = (installItemRules(), true);
+  static const bool rules = (wireEngineServices(engine()), true);
   (void)rules;
   quietHost.clearTranscript();
 

@@ -15,11 +15,12 @@
 
 #include "core/app_settings.h"
 #include "core/command_line.h"
+#include "core/engine_context.h"
 #include "core/numbers.h"
 #include "core/random.h"
 #include "core/settings.h"
 #include "formats/datasheet/data_sheet_loader.h"
-#include "rules/value/preferences.h"
+#include "formats/engine_wiring.h"
 #include "rules/selection/rule_library.h"
 #include "ui/main_frame.h"
 #include "ui/qt_host.h"
@@ -62,16 +63,22 @@ int main(int argc, char** argv) {
   const fs::path programDir = zv::programDirectory();
   zv::Settings settings = zv::Settings::forProgram(programDir);
   zv::AppSettings appSettings = zv::AppSettings::load(settings, programDir);
-  zv::setUseFractions(appSettings.useFractions);
-  zv::setRulePreferences(zv::rulePreferencesFrom(appSettings));
+  // What the engine asks of the program beyond its boxes: the user's preferences, where data
+  // sheets are found, the services of its own layers and of the utilities; the frame adds its
+  // windows' part.
+  zv::EngineContext engineContext;
+  engineContext.preferences = zv::enginePreferencesFrom(appSettings);
+  engineContext.dataSheets.dataDir = appSettings.sourceDirectory;
+  engineContext.dataSheets.copyrightDelay = appSettings.copyrightDelay;
+  zv::wireEngineServices(engineContext);
+  zv::wireUtilities(engineContext, settings, appSettings.sourceDirectory);
+  zv::EngineContextInstallation engineInstalled(engineContext);
 
   QApplication app(argc, argv);
   QApplication::setApplicationName("Zarvelin");
   zv::ui::QtHost qtHost;
   zv::HostInstallation installed(qtHost);
   zv::seedRandom(zv::seedFromClock());
-  // The die roller and the game system preferences, for the expressions of every sheet.
-  zv::UtilitiesInstallation utilities(settings, appSettings.sourceDirectory);
   // The selection rule sets of each game system, from the data directory's Rules folders.
   zv::selectionRules().scanRuleFiles(appSettings.sourceDirectory);
 
@@ -89,11 +96,8 @@ int main(int argc, char** argv) {
   frame.readRecentFiles();
 
   // The default data sheets; later loads (not nested in another) pump messages as they read.
-  zv::DataSheetEnvironment& dataSheets = zv::dataSheetEnvironment();
-  dataSheets.dataDir = appSettings.sourceDirectory;
-  dataSheets.copyrightDelay = appSettings.copyrightDelay;
   zv::loadDefaultDataSheets(settings);
-  dataSheets.pumpMessages = true;
+  engineContext.dataSheets.pumpMessages = true;
 
   bool startedByHandOver = qEnvironmentVariableIsSet(zv::ui::kHandOverVariable);
   qunsetenv(zv::ui::kHandOverVariable);

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "core/app_settings.h"
+#include "core/engine_context.h"
 #include "core/headless_host.h"
 #include "core/settings.h"
-#include "utilities/install.h"
 
 namespace zv::cli {
 
@@ -22,9 +22,9 @@ struct GlobalOptions {
   bool help = false;
 };
 
-/// What every command runs in: the headless host (installed while the context lives) with its
-/// answers, the settings, the data directory, the utilities the expression engine reaches, and
-/// the random generator seeded by --seed or the clock.
+/// What every command runs in: the headless host and the engine context (both installed while
+/// the context lives) with the answers, the settings, the data directory, the utilities the
+/// expression engine reaches, and the random generator seeded by --seed or the clock.
 class Context {
  public:
   explicit Context(const GlobalOptions& options);
@@ -38,10 +38,11 @@ class Context {
  private:
   HeadlessHost host_;
   HostInstallation installation_;
+  EngineContext engine_;
+  EngineContextInstallation engineInstallation_;
   Settings settings_;
   AppSettings appSettings_;
   std::filesystem::path dataDir_;
-  std::unique_ptr<UtilitiesInstallation> utilities_;
   bool ready_ = true;
 };
 

@@ -2,11 +2,13 @@
 
 #include "cli/cli.h"
 #include "cli/commands.h"
+#include "core/engine_context.h"
 #include "core/messages.h"
 #include "core/numbers.h"
 #include "core/random.h"
 #include "formats/datasheet/data_sheet_loader.h"
-#include "rules/value/preferences.h"
+#include "formats/engine_wiring.h"
+#include "utilities/install.h"
 
 namespace zv::cli {
 
@@ -22,23 +24,23 @@ Settings openSettings(const GlobalOptions& options) {
 Context::Context(const GlobalOptions& options)
     : host_(stderr),
       installation_(host_),
+      engineInstallation_(engine_),
       settings_(openSettings(options)),
       appSettings_(AppSettings::load(settings_, programDirectory())) {
   if (!options.answersFile.empty() && !host_.loadAnswers(options.answersFile)) {
     showError(strprintf("Cannot read the answers file %s.", options.answersFile));
     ready_ = false;
   }
-  setUseFractions(appSettings_.useFractions);
-  setRulePreferences(rulePreferencesFrom(appSettings_));
+  engine_.preferences = enginePreferencesFrom(appSettings_);
   dataDir_ = options.dataDir.empty() ? appSettings_.sourceDirectory
                                      : std::filesystem::path(options.dataDir);
-  DataSheetEnvironment& dataSheets = dataSheetEnvironment();
-  dataSheets.dataDir = dataDir_;
-  dataSheets.copyrightDelay = appSettings_.copyrightDelay;
+  engine_.dataSheets.dataDir = dataDir_;
+  engine_.dataSheets.copyrightDelay = appSettings_.copyrightDelay;
+  wireEngineServices(engine_);
   // The random source starts from the clock as in the desktop program, or from --seed, so that
   // dice and random fields can be reproduced.
   seedRandom(options.seed ? *options.seed : seedFromClock());
-  utilities_ = std::make_unique<UtilitiesInstallation>(settings_, dataDir_);
+  wireUtilities(engine_, settings_, dataDir_);
 }
 
 int usageError(const std::string& message) {

@@ -2,8 +2,7 @@
 #include "cli/open_sheet.h"
 #include "core/atomic_file.h"
 #include "core/messages.h"
-#include "formats/datasheet/data_sheet_document.h"
-#include "formats/datasheet/data_sheet_writer.h"
+#include "formats/data_sheet_document.h"
 #include "formats/sheet/sheet_writer.h"
 #include "formats/tokens/tokenstream.h"
 
@@ -14,11 +13,11 @@ namespace {
 /// A data sheet read on its own and written again; a macro data sheet comes out compiled.
 int convertDataSheet(Context& context, const std::string& in, const std::string& out,
                      std::optional<bool> binary) {
-  DataSheetContents contents;
-  if (!readDataSheetContents(in, contents, context.dataDir())) return 1;
+  std::unique_ptr<DataSheetDocument> document = openDataSheetDocument(in, context.dataDir());
+  if (!document) return 1;
   MemoryByteStream output;
-  if (writeDataSheet(contents.file, *contents.system, output,
-                     binary.value_or(contents.file.binary)) != kWriteOk)
+  if (writeDataSheetDocument(*document, output, binary.value_or(document->record().binary())) !=
+      kWriteOk)
     return 1;
   if (!writeFileAtomically(out, output.data())) {
     showError(strprintf("Error writing file %s", out));

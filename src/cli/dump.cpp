@@ -7,7 +7,7 @@
 #include "core/item.h"
 #include "core/list_info.h"
 #include "expr/symbols.h"
-#include "formats/datasheet/data_sheet_document.h"
+#include "formats/data_sheet_document.h"
 
 namespace zv::cli {
 
@@ -52,13 +52,13 @@ void writeItems(JsonWriter& json, const ItemChain& items) {
 
 /// A data sheet on its own (its game system private, nothing loaded), with all its items.
 int dumpDataSheet(Context& context, const std::string& path) {
-  DataSheetContents contents;
-  if (!readDataSheetContents(path, contents, context.dataDir())) return 1;
-  const DataSheetFile& file = contents.file;
+  std::unique_ptr<DataSheetDocument> document = openDataSheetDocument(path, context.dataDir());
+  if (!document) return 1;
+  const FileInfo& file = document->record();
   JsonWriter json;
   json.beginObject();
   json.key("gameSystem");
-  json.string(contents.system->name.str());
+  json.string(file.gameSystemName.str());
   json.key("fileType");
   json.integer(6);
   json.key("title");
@@ -68,15 +68,15 @@ int dumpDataSheet(Context& context, const std::string& path) {
   json.key("level");
   json.integer(file.level);
   json.key("binary");
-  json.integer(file.binary ? 1 : 0);
+  json.integer(file.binary() ? 1 : 0);
   json.key("dataFiles");
   json.beginArray();
   for (const std::string& name : file.dataFiles)
     json.string(name);
   json.endArray();
   json.key("help");
-  json.string(file.helpFile);
-  writeMasterData(json, *contents.system, file.defines, true);
+  json.string(file.helpFile.str());
+  writeMasterData(json, dataSheetBodyOf(*document), file.defines, true);
   json.endObject();
   std::cout << json.text() << '\n';
   return 0;

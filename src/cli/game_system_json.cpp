@@ -70,32 +70,40 @@ void writeOptions(JsonWriter& json, const OptionTree& level) {
 
 void writeMasterData(JsonWriter& json, const GameSystem& system,
                      const std::vector<DefineRec>& defines, bool withItems) {
+  writeMasterData(json, dataSheetBodyOf(system), defines, withItems);
+}
+
+void writeMasterData(JsonWriter& json, const DataSheetBody& body,
+                     const std::vector<DefineRec>& defines, bool withItems) {
   json.key("categories");
   json.beginArray();
-  for (const auto& category : system.categories) {
+  for (const DataSheetCategory& category : body.categories) {
     json.beginObject();
     json.key("name");
-    json.string(category->name.str());
+    json.string(category.name);
     json.key("sort");
-    json.integer(category->sort);
+    json.integer(category.sort);
     json.key("items");
-    json.integer(static_cast<long>(category->items.size()));
+    json.integer(static_cast<long>(category.items->size()));
     json.key("allItems");
-    json.integer(countItems(category->items));
+    json.integer(countItems(*category.items));
     if (withItems) {
       json.key("entries");
-      writeItems(json, category->items);
+      writeItems(json, *category.items);
     }
     json.endObject();
   }
   json.endArray();
   json.key("options");
-  writeOptions(json, system.options);
+  static const OptionTree noOptions;
+  writeOptions(json, body.options != nullptr ? *body.options : noOptions);
   json.key("strings");
   json.beginObject();
-  for (const StringDef& def : system.strings) {
-    json.key(def.name);
-    json.string(def.value);
+  if (body.strings != nullptr) {
+    for (const StringDef& def : *body.strings) {
+      json.key(def.name);
+      json.string(def.value);
+    }
   }
   json.endObject();
   json.key("defines");

@@ -5,6 +5,7 @@
 
 #include "cli/json_writer.h"
 #include "core/game_system.h"
+#include "formats/datasheet/data_sheet_writer.h"
 
 namespace zv::cli {
 
@@ -12,6 +13,8 @@ namespace zv::cli {
 /// open object.
 /// Categories carry their item counts ("items": top level, "allItems": with the members of
 /// sublists); with `withItems` also the items themselves ("entries").
+void writeMasterData(JsonWriter& json, const DataSheetBody& body,
+                     const std::vector<DefineRec>& defines, bool withItems);
 void writeMasterData(JsonWriter& json, const GameSystem& system,
                      const std::vector<DefineRec>& defines, bool withItems);
 

@@ -3,11 +3,11 @@
 #include "cli/commands.h"
 #include "cli/open_sheet.h"
 #include "core/codepage.h"
+#include "core/engine_context.h"
 #include "core/messages.h"
 #include "core/strfmt.h"
 #include "core/text.h"
 #include "expr/builtins_items.h"
-#include "rules/value/preferences.h"
 #include "rules/selection/rule_library.h"
 #include "rules/selection/select_item.h"
 
@@ -57,9 +57,7 @@ int runOffer(Context& context, const std::vector<std::string>& args) {
   library.scanRuleFiles(context.dataDir());
   if (rules) {
     sheet->ruleSet = *rules;
-    RulePreferences preferences = rulePreferences();
-    preferences.applyRules = true;
-    setRulePreferences(preferences);
+    engine().preferences.applyRules = true;
   }
 
   ItemSelection selection;

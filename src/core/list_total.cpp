@@ -1,21 +1,8 @@
 #include "core/list_total.h"
 
+#include "core/engine_context.h"
+
 namespace zv {
-
-namespace {
-
-ListTotalHook& listTotalHook() {
-  static ListTotalHook hook;
-  return hook;
-}
-
-}  // namespace
-
-ListTotalHook setListTotalHook(ListTotalHook hook) {
-  ListTotalHook previous = std::move(listTotalHook());
-  listTotalHook() = std::move(hook);
-  return previous;
-}
 
 double addUpList(ListInfo& list) {
   double total = 0.0;
@@ -25,7 +12,9 @@ double addUpList(ListInfo& list) {
     if (item->isSublist() && item->childCostsSeparate()) total += item->childCost;
   }
   list.total = total;
-  if (list.totalSymbol != nullptr && listTotalHook()) listTotalHook()(list, total);
+  if (list.totalSymbol != nullptr) {
+    if (const auto& store = engine().services.storeListTotal) store(list, total);
+  }
   return total;
 }
 

@@ -1,23 +1,14 @@
 #pragma once
 // Adding up a list, and marking a document changed.
 
-#include <functional>
-
 #include "core/fileinfo.h"
 #include "core/list_info.h"
 
 namespace zv {
 
-/// Stores a list's new total in its total variable. The expression engine installs it; without
-/// one the total is only kept in the list.
-using ListTotalHook = std::function<void(ListInfo& list, double total)>;
-
-/// Installs the hook; returns the previous one so that it can be put back.
-ListTotalHook setListTotalHook(ListTotalHook hook);
-
 /// The list's total: the totalCost of every item in the total, plus the childCost of each such
 /// sublist with childcostsseparate. Stores it in list.total and, when the list has a total
-/// variable, passes it to the hook.
+/// variable, has the engine's service store it there.
 double addUpList(ListInfo& list);
 
 /// Edit kinds that leave the undo history alone: a layout edit (2), a field moved or resized (4),

@@ -4,25 +4,25 @@
 #include <cmath>
 #include <cstdint>
 
+#include "core/engine_context.h"
 #include "core/messages.h"
 
 namespace zv {
 
 namespace {
 
-bool fractionsOn = true;
-
 std::string fixed(double value, int precision) {
   char buffer[400];
-  auto result = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed,
-                              precision);
+  auto result =
+      std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, precision);
   if (result.ec != std::errc()) return "0";
   return std::string(buffer, result.ptr);
 }
 
 void trimZeros(std::string& text) {
   if (text.find('.') == std::string::npos) return;
-  while (!text.empty() && (text.back() == '0' || text.back() == ' ')) text.pop_back();
+  while (!text.empty() && (text.back() == '0' || text.back() == ' '))
+    text.pop_back();
   if (!text.empty() && text.back() == '.') text.pop_back();
 }
 
@@ -32,8 +32,9 @@ bool isGlyph(unsigned char c) {
 
 }  // namespace
 
-bool useFractions() { return fractionsOn; }
-void setUseFractions(bool on) { fractionsOn = on; }
+bool useFractions() {
+  return engine().preferences.useFractions;
+}
 
 std::string formatFloat(double value, bool fractions) {
   if (value == 0.0) return "0";
@@ -74,22 +75,26 @@ std::string formatRealForFile(double value) {
 
 double leadingDecimal(std::string_view text) {
   size_t i = 0;
-  while (i < text.size() && (text[i] == ' ' || text[i] == '\t')) ++i;
+  while (i < text.size() && (text[i] == ' ' || text[i] == '\t'))
+    ++i;
   bool negative = false;
   if (i < text.size() && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
   size_t start = i;
   size_t digits = 0;
-  while (i < text.size() && text[i] >= '0' && text[i] <= '9') ++i, ++digits;
+  while (i < text.size() && text[i] >= '0' && text[i] <= '9')
+    ++i, ++digits;
   if (i < text.size() && text[i] == '.') {
     ++i;
-    while (i < text.size() && text[i] >= '0' && text[i] <= '9') ++i, ++digits;
+    while (i < text.size() && text[i] >= '0' && text[i] <= '9')
+      ++i, ++digits;
   }
   if (digits == 0) return 0.0;
   if (i < text.size() && (text[i] == 'e' || text[i] == 'E')) {
     size_t j = i + 1;
     if (j < text.size() && (text[j] == '+' || text[j] == '-')) ++j;
     if (j < text.size() && text[j] >= '0' && text[j] <= '9') {
-      while (j < text.size() && text[j] >= '0' && text[j] <= '9') ++j;
+      while (j < text.size() && text[j] >= '0' && text[j] <= '9')
+        ++j;
       i = j;
     }
   }
@@ -100,7 +105,8 @@ double leadingDecimal(std::string_view text) {
 
 long leadingInteger(std::string_view text) {
   size_t i = 0;
-  while (i < text.size() && (text[i] == ' ' || text[i] == '\t')) ++i;
+  while (i < text.size() && (text[i] == ' ' || text[i] == '\t'))
+    ++i;
   bool negative = false;
   if (i < text.size() && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
   uint32_t value = 0;

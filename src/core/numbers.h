@@ -12,14 +12,16 @@ inline constexpr unsigned char kQuarterGlyph = 188;
 inline constexpr unsigned char kHalfGlyph = 189;
 inline constexpr unsigned char kThreeQuartersGlyph = 190;
 
-/// Whether the display formatter writes quarter glyphs (the preference `UseFractions`).
+/// Whether the display formatter writes quarter glyphs (the preference `UseFractions` of the
+/// engine context).
 bool useFractions();
-void setUseFractions(bool on);
 
 /// The display form of a number: "2\xBD" for 2.5 with fractions on, otherwise up to seven decimals
 /// with trailing zeros removed.
 std::string formatFloat(double value, bool fractions);
-inline std::string formatFloat(double value) { return formatFloat(value, useFractions()); }
+inline std::string formatFloat(double value) {
+  return formatFloat(value, useFractions());
+}
 
 /// The exact form written to files: "0", a whole number, or eight (sixteen for tiny fractions)
 /// decimals with trailing zeros removed.
@@ -33,7 +35,8 @@ double parseReal(std::string_view text);
 
 /// The leading decimal number of a text (sign, digits, point, exponent); 0 when there is none.
 double leadingDecimal(std::string_view text);
-/// The leading integer of a text, like atol: optional blanks and sign, then digits; wraps to 32 bits.
+/// The leading integer of a text, like atol: optional blanks and sign, then digits; wraps to 32
+/// bits.
 long leadingInteger(std::string_view text);
 
 }  // namespace zv

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/engine_context.h"
 #include "expr/builtin_call.h"
 
 namespace zv {
@@ -73,18 +74,7 @@ int builtinSplit(BuiltinCall& call);        ///< split(s, separator, v1, v2, ...
 // Files.
 int builtinFileexists(BuiltinCall& call);  ///< fileexists(path), fileexists(directory, file)
 
-/// The marks that format's "%n" writes: between groups of three digits, and before decimals.
-struct NumberMarks {
-  std::string thousands = ",";
-  std::string decimal = ".";
-};
-
-/// Where the marks come from: the desktop program installs one that reads the user's locale.
-using NumberMarksProvider = NumberMarks (*)();
-
-/// Installs a provider (null goes back to "," and ".") and returns the previous one.
-NumberMarksProvider setNumberMarksProvider(NumberMarksProvider provider);
-/// The marks now in force.
+/// The marks now in force: the engine context's, else "," and ".".
 NumberMarks numberMarks();
 
 /// Builds into `out` the text of format(fmt, args...), with `arguments` filling the conversions

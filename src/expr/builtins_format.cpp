@@ -16,6 +16,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/engine_context.h"
 #include "core/numbers.h"
 #include "core/text.h"
 #include "expr/builtins.h"
@@ -24,13 +25,6 @@
 namespace zv {
 
 namespace {
-
-NumberMarks defaultMarks() {
-  return NumberMarks{};
-}
-
-// The provider of format's marks: the process-wide locale hook.
-NumberMarksProvider marksProvider = &defaultMarks;
 
 /// Decimals and widths beyond this are taken as this, which keeps every text bounded.
 constexpr int kMostDigits = 300;
@@ -130,14 +124,9 @@ bool converts(char letter) {
 
 }  // namespace
 
-NumberMarksProvider setNumberMarksProvider(NumberMarksProvider provider) {
-  NumberMarksProvider previous = marksProvider;
-  marksProvider = provider ? provider : &defaultMarks;
-  return previous;
-}
-
 NumberMarks numberMarks() {
-  return marksProvider();
+  const auto& provider = engine().services.numberMarks;
+  return provider ? provider() : NumberMarks{};
 }
 
 int formatValues(std::string_view format, std::vector<Value>& arguments, std::string& out) {

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "core/dialog.h"
+#include "core/engine_context.h"
 #include "core/fileinfo.h"
 #include "core/item.h"
 #include "core/list_info.h"
@@ -154,9 +155,9 @@ bool aggregateTest(const Item& item, SymbolTable& table, std::string_view test) 
     if (!equalsIgnoringCase(option->name, name)) continue;
     if (!hasValue) return true;
     Value value;
-    if (optionRules().optionString != nullptr) {
+    if (engine().services.optionRules.optionString != nullptr) {
       std::string text;
-      if (!optionRules().optionString(item, *option, text, value)) {
+      if (!engine().services.optionRules.optionString(item, *option, text, value)) {
         showError(strprintf("Unable to get option value: %s", option->name));
         continue;
       }
@@ -214,7 +215,8 @@ ListInfo* findListByPrefix(const FileInfo& sheet, std::string_view name) {
 
 bool compareItemvalue(const Item& item, SymbolTable& table, std::string_view text) {
   if (!text.empty() && text[0] == '@') return aggregateTest(item, table, text.substr(1));
-  if (optionRules().inCategory != nullptr) return optionRules().inCategory(item, text);
+  if (engine().services.optionRules.inCategory != nullptr)
+    return engine().services.optionRules.inCategory(item, text);
   // Without the item rules: the item's category named in full, ignoring case.
   return equalsIgnoringCase(item.cat, trim(text));
 }
@@ -243,8 +245,8 @@ int builtinIteminfo(BuiltinCall& call) {
   std::string field;
   if (!hasArguments(call, 1) || !textArgument(call, 0, field)) return 0;
   const Item* item = itemOf(call);
-  if (item != nullptr && optionRules().expandOptionRefs != nullptr) {
-    field = optionRules().expandOptionRefs(*item, field);
+  if (item != nullptr && engine().services.optionRules.expandOptionRefs != nullptr) {
+    field = engine().services.optionRules.expandOptionRefs(*item, field);
   }
   fieldResult(call, item, field);
   return 0;

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "core/dialog.h"
+#include "core/engine_context.h"
 #include "core/fileinfo.h"
 #include "core/game_system.h"
 #include "core/host.h"
@@ -16,11 +17,6 @@
 namespace zv {
 
 namespace {
-
-// The services installed by the programs (see the setters).
-DiceRoller installedRoller = nullptr;
-SourceDirectoryProvider installedSourceDirectory = nullptr;
-ConfigParamStore installedStore;
 
 // Dialog field kinds: the keyword ids of the sheet file.
 constexpr std::int32_t kListField = 13;
@@ -80,24 +76,6 @@ Value comboboxValue(const BuiltinCall& call, const FileInfo& sheet, const DlgIte
 
 }  // namespace
 
-DiceRoller setDiceRoller(DiceRoller roller) {
-  DiceRoller previous = installedRoller;
-  installedRoller = roller;
-  return previous;
-}
-
-SourceDirectoryProvider setSourceDirectoryProvider(SourceDirectoryProvider provider) {
-  SourceDirectoryProvider previous = installedSourceDirectory;
-  installedSourceDirectory = provider;
-  return previous;
-}
-
-ConfigParamStore setConfigParamStore(const ConfigParamStore& store) {
-  ConfigParamStore previous = installedStore;
-  installedStore = store;
-  return previous;
-}
-
 Value configParamValue(std::string_view text) {
   std::string packed;
   for (char c : text) {
@@ -155,15 +133,17 @@ std::string pictureSizeText(std::string_view data) {
 
 int builtinRolldiceText(BuiltinCall& call) {
   std::string dice;
-  if (installedRoller == nullptr || !textArgument(call, 0, dice)) return 0;
+  const auto& roll = engine().services.rollDice;
+  if (!roll || !textArgument(call, 0, dice)) return 0;
   std::string result;
-  if (!installedRoller(dice, result)) result.clear();
+  if (!roll(dice, result)) result.clear();
   call.result = Value(result);
   return 0;
 }
 
 int builtinGetsourcedir(BuiltinCall& call) {
-  call.result = Value(installedSourceDirectory != nullptr ? installedSourceDirectory() : "");
+  const auto& sourceDirectory = engine().services.sourceDirectory;
+  call.result = Value(sourceDirectory ? sourceDirectory() : std::string());
   return 0;
 }
 
@@ -180,10 +160,9 @@ int builtinGetfilevalue(BuiltinCall& call) {
 
 int builtinConfigparam(BuiltinCall& call) {
   std::string name;
-  if (!hasArguments(call, 1) || installedStore.read == nullptr || !textArgument(call, 0, name)) {
-    return 0;
-  }
-  if (std::optional<std::string> text = installedStore.read(gameSystemOf(call), trim(name))) {
+  const ConfigParamStore& store = engine().services.configParams;
+  if (!hasArguments(call, 1) || !store.read || !textArgument(call, 0, name)) return 0;
+  if (std::optional<std::string> text = store.read(gameSystemOf(call), trim(name))) {
     call.result = configParamValue(*text);
   }
   return 0;
@@ -192,12 +171,12 @@ int builtinConfigparam(BuiltinCall& call) {
 int builtinSetconfigparam(BuiltinCall& call) {
   std::string name;
   std::string value;
-  if (!hasArguments(call, 2) || installedStore.write == nullptr || !textArgument(call, 0, name) ||
+  const ConfigParamStore& store = engine().services.configParams;
+  if (!hasArguments(call, 2) || !store.write || !textArgument(call, 0, name) ||
       !textArgument(call, 1, value)) {
     return 0;
   }
-  call.result =
-      Value(std::int32_t{installedStore.write(gameSystemOf(call), trim(name), value) ? 1 : 0});
+  call.result = Value(std::int32_t{store.write(gameSystemOf(call), trim(name), value) ? 1 : 0});
   return 0;
 }
 

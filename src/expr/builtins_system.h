@@ -1,8 +1,8 @@
 #pragma once
 // The built-ins that reach beyond the sheet: the die roller, the running script's directory, the
 // game system's parameters, the file-value dialog and the fields of a sheet's dialogs. The
-// programs install the services that live in layers above the expression engine (the die roller
-// and the parameter store of the utilities, the script engine's source directory) at start.
+// services that live in layers above the expression engine (the die roller and the parameter
+// store of the utilities, the script engine's source directory) come from the engine context.
 
 #include <optional>
 #include <string>
@@ -11,28 +11,6 @@
 #include "expr/builtin_call.h"
 
 namespace zv {
-
-/// Rolls a die specification into its result text; false after a shown failure.
-using DiceRoller = bool (*)(std::string_view dice, std::string& result);
-/// Installs the roller of rolldice(text) and returns the previous one (null: none).
-DiceRoller setDiceRoller(DiceRoller roller);
-
-/// The directory of the running script's source; installed by the programs, and wrapped by the
-/// script engine while a script runs.
-using SourceDirectoryProvider = std::string (*)();
-/// Installs the provider of getsourcedir and returns the previous one (null: "").
-SourceDirectoryProvider setSourceDirectoryProvider(SourceDirectoryProvider provider);
-
-/// Where the game systems' parameters are read and stored, by game system name and parameter.
-struct ConfigParamStore {
-  /// The parameter's present value (stored, else its default); nullopt when there is none.
-  std::optional<std::string> (*read)(std::string_view gameSystem, std::string_view name) = nullptr;
-  /// Stores a value; false when it can't be stored.
-  bool (*write)(std::string_view gameSystem, std::string_view name,
-                std::string_view value) = nullptr;
-};
-/// Installs the store of configparam and setconfigparam and returns the previous one.
-ConfigParamStore setConfigParamStore(const ConfigParamStore& store);
 
 /// A parameter's text as configparam gives it: with the blanks left out, a text of digits and
 /// "-" is an integer, one that also holds a "." a real; anything else the text itself.

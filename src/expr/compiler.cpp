@@ -3,6 +3,7 @@
 #include <array>
 #include <vector>
 
+#include "core/engine_context.h"
 #include "core/text.h"
 #include "expr/builtin_table.h"
 #include "expr/evaluator.h"
@@ -18,8 +19,6 @@ namespace {
 
 constexpr int kOperatorStackSize = 40;  // entries, the bottom included
 constexpr int kOperand = -1;            // the precedence of operands
-
-SheetAttributeProvider& sheetAttributeProvider();
 
 int precedence(int token) {
   switch (token) {
@@ -236,10 +235,11 @@ int Compiler::resolveName(ExprToken& token, Resolved& resolved) {
   }
   if (name[0] == '@' && table_->owner != nullptr) {
     Value value;
-    SheetAttributeProvider provider = sheetAttributeProvider();
-    if (provider == nullptr || !provider(*table_->owner, std::string_view(name).substr(1), value)) {
-      value.setInteger(0);
-    }
+    const std::string_view attribute = std::string_view(name).substr(1);
+    const auto& provider = engine().services.sheetAttribute;
+    const bool found = provider ? provider(*table_->owner, attribute, value)
+                                : basicSheetAttribute(*table_->owner, attribute, value);
+    if (!found) value.setInteger(0);
     if (value.isFloat()) {
       resolved.code = kOpFloat;
       token.real = value.real();
@@ -562,18 +562,7 @@ bool isBlank(std::string_view text) {
   return true;
 }
 
-SheetAttributeProvider& sheetAttributeProvider() {
-  static SheetAttributeProvider provider = &basicSheetAttribute;
-  return provider;
-}
-
 }  // namespace
-
-SheetAttributeProvider setSheetAttributeProvider(SheetAttributeProvider provider) {
-  SheetAttributeProvider previous = sheetAttributeProvider();
-  sheetAttributeProvider() = provider;
-  return previous;
-}
 
 int compileExpression(SymbolTable* table, std::string_view text, Code& code,
                       std::span<const std::string> parameters, bool& isConstant) {

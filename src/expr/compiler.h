@@ -31,10 +31,4 @@ int parseExp(SymbolTable* table, std::string_view text, Value& out);
 int parseExpInContext(SymbolTable* table, Item* item, Option* option, std::string_view text,
                       Value& out);
 
-/// Reads a sheet attribute for "@name" in a table that has an owner: returns true and fills the
-/// value when the attribute exists.
-using SheetAttributeProvider = bool (*)(const FileInfo& sheet, std::string_view name, Value& out);
-/// Installs the provider of sheet attributes and returns the previous one.
-SheetAttributeProvider setSheetAttributeProvider(SheetAttributeProvider provider);
-
 }  // namespace zv

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "core/engine_context.h"
 #include "core/fileinfo.h"
 #include "core/item.h"
 #include "core/list_info.h"
@@ -160,13 +161,10 @@ constexpr std::array<std::string_view, kItemFieldNameCount> makeNames() {
 }
 constexpr std::array<std::string_view, kItemFieldNameCount> kFieldNames = makeNames();
 
-ItemFieldPreferences preferences;
-OptionRules rules;
-ItemRowFormatter rowFormatter = nullptr;
-
 /// The option's value and its text: by the installed rules, else by optionValue. False when the
 /// rules could not get it.
 bool optionString(const Item& item, const Option& option, std::string& text, Value& value) {
+  const OptionRules& rules = engine().services.optionRules;
   if (rules.optionString != nullptr) return rules.optionString(item, option, text, value);
   value = optionValue(option);
   text = valueToText(value);
@@ -194,7 +192,7 @@ Value baseValue(const Item& item) {
 /// The list row of an item: by the installed formatter, else in the plain column form: name,
 /// cost and, when the item has a level, the level, joined by tabs.
 std::string itemRow(const Item& item) {
-  if (rowFormatter != nullptr) return rowFormatter(item);
+  if (const auto& formatter = engine().services.itemRow) return formatter(item);
   std::string row = item.name;
   row += '\t';
   row += formatFloat(item.totalCost);
@@ -208,6 +206,7 @@ std::string itemRow(const Item& item) {
 /// The display text of an option: by the installed rules, else its name, the qualifier in
 /// parentheses, and its value.
 std::string optionDisplay(const Item& item, const Option& option) {
+  const OptionRules& rules = engine().services.optionRules;
   if (rules.optionDisplay != nullptr) return rules.optionDisplay(item, option);
   std::string text = option.name;
   if (!option.qualifier.empty()) text += " (" + option.qualifier + ")";
@@ -352,32 +351,6 @@ int findItemField(std::string_view name) {
   return it->field;
 }
 
-ItemFieldPreferences setItemFieldPreferences(const ItemFieldPreferences& newPreferences) {
-  ItemFieldPreferences old = preferences;
-  preferences = newPreferences;
-  return old;
-}
-
-const ItemFieldPreferences& itemFieldPreferences() {
-  return preferences;
-}
-
-ItemRowFormatter setItemRowFormatter(ItemRowFormatter formatter) {
-  ItemRowFormatter old = rowFormatter;
-  rowFormatter = formatter;
-  return old;
-}
-
-OptionRules setOptionRules(const OptionRules& newRules) {
-  OptionRules old = rules;
-  rules = newRules;
-  return old;
-}
-
-const OptionRules& optionRules() {
-  return rules;
-}
-
 std::string_view optionKindWord(std::int32_t kind) {
   switch (kind) {
     case kOptionAdjustment:
@@ -439,7 +412,7 @@ Value optionValue(const Option& option) {
 
 int countedOptions(const Item& item) {
   int count = 0;
-  forEachOption(item, preferences.printInheritedOptions, [&](const Option& option) {
+  forEachOption(item, engine().preferences.printInheritedOptions, [&](const Option& option) {
     if (!option.hidden() && !option.value.starts_with("?+0")) ++count;
     return false;
   });
@@ -526,7 +499,7 @@ bool itemField(const Item& item, const Option* option, int fieldNumber, Value& o
       out = flag(item.checkFailed);
       return true;
     case kCheckRequirements:
-      out = flag(preferences.checkRequirements);
+      out = flag(engine().preferences.checkReq);
       return true;
     case kChildCost:
       out = Value(item.childCost);

@@ -36,41 +36,6 @@ bool itemField(const Item& item, const Option* option, std::string_view name, Va
 /// The same with the current option of the item context (see setCurrentItem).
 bool itemField(const Item& item, std::string_view name, Value& out);
 
-/// The settings that some fields report. The desktop program installs the user's choices; the
-/// defaults are those of a fresh installation.
-struct ItemFieldPreferences {
-  bool checkRequirements = true;      ///< the preference to check requirements
-  bool printInheritedOptions = true;  ///< "PrintInheritedOptions" not "0"
-};
-/// Installs the preferences and returns the previous ones.
-ItemFieldPreferences setItemFieldPreferences(const ItemFieldPreferences& preferences);
-const ItemFieldPreferences& itemFieldPreferences();
-
-/// The option rules of the item layer, installed by it so that the fields read options as the
-/// rest of the system does. Without them the fields fall back on optionValue below and on a plain
-/// "name (qualifier): value" display, and field texts are taken without expanding references.
-struct OptionRules {
-  /// The option's value: its text form and its Value. False when the value can't be got (the
-  /// rules have shown why).
-  bool (*optionString)(const Item& item, const Option& option, std::string& text,
-                       Value& value) = nullptr;
-  /// The display text of an option.
-  std::string (*optionDisplay)(const Item& item, const Option& option) = nullptr;
-  /// Expands the backquoted option references of a text for the item.
-  std::string (*expandOptionRefs)(const Item& item, std::string_view text) = nullptr;
-  /// The category test: true when the item belongs to the category text.
-  bool (*inCategory)(const Item& item, std::string_view category) = nullptr;
-};
-/// Installs the option rules and returns the previous ones.
-OptionRules setOptionRules(const OptionRules& rules);
-const OptionRules& optionRules();
-
-/// Lays an item out as its list row in the item format language; installed by the format layer.
-using ItemRowFormatter = std::string (*)(const Item& item);
-/// Installs the formatter of the `item` field and returns the previous one. Without one the field
-/// gives the name, the cost and, for an item with a level, the level, joined by tabs.
-ItemRowFormatter setItemRowFormatter(ItemRowFormatter formatter);
-
 /// The long and the short word of an option kind ("Fraction" and "frac"); "Option" for a kind
 /// that is none of the ten.
 std::string_view optionKindWord(std::int32_t kind);

@@ -14,8 +14,9 @@ inline constexpr int kCurrentDataVersion = 253;
 
 /// The attributes the sheet record itself can answer. Those that belong to a print run
 /// (blankcharsheet, pagenumber), to the preferences (checkrequirements) or to the rich text
-/// converter (detailshtml, detailsrtf, detailstext) read as 0 or "" until their owners install a
-/// provider of their own with setSheetAttributeProvider. Returns false for an unknown name.
+/// converter (detailshtml, detailsrtf, detailstext) read as 0 or "" until their owners lend a
+/// provider of their own through the engine context's `sheetAttribute`. Returns false for an
+/// unknown name.
 bool basicSheetAttribute(const FileInfo& sheet, std::string_view name, Value& out);
 
 }  // namespace zv

@@ -40,6 +40,9 @@ std::string optionText(const Option& option) {
 
 class Merger {
  public:
+  /// Entries new to the document's root are tied to its list.
+  explicit Merger(ListInfo& root) : root_(root) {}
+
   /// False when the user cancelled.
   bool mergeItems(ItemChain& target, Item* parent, const ItemChain& source);
   bool mergeOptions(OptionTree& target, const OptionTree& source);
@@ -49,6 +52,7 @@ class Merger {
   std::optional<MergeChoice> ask(std::string_view name);
   void append(ItemChain& target, Item* parent, const Item& item);
 
+  ListInfo& root_;
   std::optional<MergeChoice> forAll_;
   int changes_ = 0;
 };
@@ -83,10 +87,11 @@ void Merger::append(ItemChain& target, Item* parent, const Item& item) {
   std::unique_ptr<Item> copy = item.clone();
   if (parent != nullptr) {
     parent->appendChild(std::move(copy));
+  } else if (&target == &root_.items) {
+    root_.appendItem(std::move(copy));
   } else {
-    copy->bindTo(nullptr, nullptr, nullptr, 0);
-    copy->position = static_cast<std::int32_t>(target.size());
-    target.push_back(std::move(copy));
+    ZV_INTERNAL_ERROR();
+    return;
   }
   ++changes_;
 }
@@ -162,36 +167,34 @@ const std::vector<std::string>& mergeChoiceLabels() {
   return labels;
 }
 
-int mergeDataSheetFile(DataSheetContents& document, const std::filesystem::path& path) {
+int mergeDataSheetFile(DataSheetDocument& document, const std::filesystem::path& path,
+                       const std::filesystem::path& dataDir) {
   const int code = recogniseFile(path.string()).code;
   if (code == kFileReportedAlready) return -1;
   if (code != kFileDataSheet) {
     showError(strprintf("'%s' is not a data sheet file", path.string()));
     return -1;
   }
-  DataSheetContents incoming;
-  if (!readDataSheetContents(path, incoming)) return -1;
-  const std::string current = document.system ? document.system->name.str() : std::string();
-  if (!equalsIgnoringCase(incoming.system->name.str(), current)) {
+  std::unique_ptr<DataSheetDocument> incoming = openDataSheetDocument(path, dataDir);
+  if (!incoming) return -1;
+  const std::string current(document.record().gameSystemName.str());
+  const std::string selected(incoming->record().gameSystemName.str());
+  if (!equalsIgnoringCase(selected, current)) {
     showError(strprintf(
         "The selected data sheet uses the '%s' game system. The current data sheet uses '%s.'",
-        incoming.system->name.str(), current));
+        selected, current));
     return -1;
   }
-  Merger merger;
-  bool finished = true;
-  for (const auto& category : incoming.system->categories) {
-    Category& target = document.system->findOrAddCategory(category->name.str());
-    if (!merger.mergeItems(target.items, nullptr, category->items)) {
-      finished = false;
-      break;
-    }
-  }
-  if (finished) finished = merger.mergeOptions(document.system->options, incoming.system->options);
+  Merger merger(document.root());
+  bool finished = merger.mergeItems(document.root().items, nullptr, incoming->root().items);
+  if (finished && document.gameSystem() != nullptr && incoming->gameSystem() != nullptr)
+    finished = merger.mergeOptions(document.gameSystem()->options, incoming->gameSystem()->options);
+  if (merger.changes() > 0) document.record().setChangedFlag(true);
   return finished ? merger.changes() : -1;
 }
 
-int mergeDataSheetCommand(DataSheetContents& document, const std::filesystem::path& directory) {
+int mergeDataSheetCommand(DataSheetDocument& document, const std::filesystem::path& directory,
+                          const std::filesystem::path& dataDir) {
   FileRequest request;
   request.mode = FileRequest::Mode::Open;
   request.title = "Merge Data Sheet";
@@ -199,7 +202,7 @@ int mergeDataSheetCommand(DataSheetContents& document, const std::filesystem::pa
   request.filters = {{"Data Sheet", "*.cds"}};
   std::vector<std::string> files = host().chooseFiles(request);
   if (files.empty()) return -1;
-  return mergeDataSheetFile(document, files.front());
+  return mergeDataSheetFile(document, files.front(), dataDir);
 }
 
 }  // namespace zv

@@ -5,7 +5,7 @@
 
 #include <filesystem>
 
-#include "formats/datasheet/data_sheet_document.h"
+#include "formats/data_sheet_document.h"
 
 namespace zv {
 
@@ -17,16 +17,18 @@ const std::vector<std::string>& mergeChoiceLabels();
 
 /// Merges the data sheet at `path` into `document`. The file must be a data sheet ("'%s' is not a
 /// data sheet file") of the document's game system. Items merge by name and kind at each level
-/// (a sublist into the sublist of that name); options likewise, groups by name and kind.
-/// Identical entries are skipped; differing ones ask the host (title "Merge Conflict"): keep the
-/// old, take the new (the old is deleted), or keep both, the "for all" answers standing for the
-/// rest of this merge. Returns the number of changes made (the caller marks the document
-/// changed when it isn't 0), or -1 when the merge failed or was cancelled (changes made up to
-/// a Cancel stay).
-int mergeDataSheetFile(DataSheetContents& document, const std::filesystem::path& path);
+/// (a category or sublist into the one of that name, or copied in whole); options likewise,
+/// groups by name and kind. Identical entries are skipped; differing ones ask the host (title
+/// "Merge Conflict"): keep the old, take the new (the old is deleted), or keep both, the "for
+/// all" answers standing for the rest of this merge. Each change marks the document changed.
+/// Returns the number of changes made, or -1 when the merge failed or was cancelled (changes
+/// made up to a Cancel stay). `dataDir` is where the macro processor looks for includes second.
+int mergeDataSheetFile(DataSheetDocument& document, const std::filesystem::path& path,
+                       const std::filesystem::path& dataDir = {});
 
 /// The command: asks for the file ("Merge Data Sheet") in `directory`, then merges it. -1 when
 /// no file was picked.
-int mergeDataSheetCommand(DataSheetContents& document, const std::filesystem::path& directory);
+int mergeDataSheetCommand(DataSheetDocument& document, const std::filesystem::path& directory,
+                          const std::filesystem::path& dataDir = {});
 
 }  // namespace zv

@@ -8,14 +8,13 @@
 #include "core/text.h"
 #include "expr/symbols.h"
 #include "formats/datasheet/data_sheet_loader.h"
-#include "formats/sheet/expr_sheet_symbols.h"
+#include "formats/engine_wiring.h"
 #include "formats/file_recognition.h"
+#include "formats/sheet/expr_sheet_symbols.h"
 #include "formats/sheet/sheet_reader.h"
 #include "formats/sheet/sheet_writer.h"
-#include "rules/auto/auto_items.h"
-#include "rules/install.h"
-#include "rules/value/level.h"
 #include "rules/lists/list_ops.h"
+#include "rules/value/level.h"
 
 namespace zv {
 
@@ -24,19 +23,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::string_view kNotAllowedInFileNames = "\\/:*?<>|\"";
-
-void installRulesOnce() {
-  // List totals reach their variables, and item fields read options by the item rules, for as
-  // long as the program runs.
-  static const bool installed = (installListTotalVariables(), installItemRules(), true);
-  (void)installed;
-  // ?datasheet in automatic items loads through the loader, for the sheet that runs them.
-  static const bool loader = (setAutoDataSheetLoader([](FileInfo& sheet, std::string_view name) {
-                                return ensureDataSheet(&sheet, name, true);
-                              }),
-                              true);
-  (void)loader;
-}
 
 std::string_view extensionOf(int fileType) {
   return fileType == 2 ? ".cst" : ".chr";
@@ -71,7 +57,7 @@ std::unique_ptr<FileInfo> openSheetDocument(const std::string& path, std::string
     showError(strprintf("Can't open character sheet %s.", path));
     return nullptr;
   }
-  installRulesOnce();
+  ensureEngineServices();
   auto sheet = std::make_unique<FileInfo>();
   sheet->fileType = fileType;
   sheet->name = displayName;
@@ -240,12 +226,16 @@ bool saveSheet(FileInfo& sheet, bool askName, const DocumentContext& context) {
   return writeSheetDocument(sheet, target, fileType, context);
 }
 
+Button askToSaveChanges(const FileInfo& document) {
+  return askQuestion(
+      severityTitle(Severity::Message),
+      strprintf("File '%s' has been changed.\n\nSave Changes?", std::string(document.name.str())),
+      ButtonSet::YesNoCancel);
+}
+
 bool closeQuery(FileInfo& sheet, const DocumentContext& context) {
   if (!sheet.changed()) return true;
-  Button answer = askQuestion(
-      severityTitle(Severity::Message),
-      strprintf("File '%s' has been changed.\n\nSave Changes?", std::string(sheet.name.str())),
-      ButtonSet::YesNoCancel);
+  Button answer = askToSaveChanges(sheet);
   if (answer == Button::Yes) return saveSheet(sheet, false, context);
   return answer == Button::No;
 }

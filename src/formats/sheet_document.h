@@ -83,6 +83,10 @@ bool writeSheetDocument(FileInfo& sheet, const std::string& target, int fileType
 /// the host. False when cancelled or failed.
 bool saveSheet(FileInfo& sheet, bool askName, const DocumentContext& context);
 
+/// The question before a changed document closes, "File '%s' has been changed.\n\nSave
+/// Changes?": Yes, No or Cancel.
+Button askToSaveChanges(const FileInfo& document);
+
 /// Whether the document may close: a changed one asks "File '%s' has been changed.\n\nSave
 /// Changes?"; Yes saves (a failed save keeps it open), No lets it close, Cancel keeps it.
 bool closeQuery(FileInfo& sheet, const DocumentContext& context);

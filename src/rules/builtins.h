@@ -1,6 +1,6 @@
 #pragma once
 // The built-in functions of the expression language that stand on the item rules: options,
-// level and cost, categories and requirements. installItemRules registers them with the
+// level and cost, categories and requirements. wireItemRules registers them with the
 // expression engine, which does not know this library.
 
 #include "expr/builtin_call.h"

@@ -8,6 +8,7 @@
 #include <tuple>
 #include <vector>
 
+#include "core/engine_context.h"
 #include "core/fileinfo.h"
 #include "core/game_system.h"
 #include "core/text.h"
@@ -68,7 +69,7 @@ bool offersOption(const OptionTree& level, std::string_view name) {
 /// PrintInheritedOptions preference is on.
 std::vector<EffectiveOption> listedOptions(Item& item) {
   std::vector<EffectiveOption> options = effectiveOptions(item);
-  if (!itemFieldPreferences().printInheritedOptions) {
+  if (!engine().preferences.printInheritedOptions) {
     std::erase_if(options, [&item](const EffectiveOption& entry) { return entry.holder != &item; });
   }
   return options;

@@ -1,10 +1,9 @@
 #include "rules/install.h"
 
-#include "expr/item_fields.h"
 #include "rules/builtins.h"
+#include "rules/requirements/requirements_check.h"
 #include "rules/value/categories.h"
 #include "rules/value/option_refs.h"
-#include "rules/requirements/requirements_check.h"
 
 namespace zv {
 
@@ -31,15 +30,14 @@ std::string expandRefs(const Item& item, std::string_view text) {
 
 }  // namespace
 
-void installItemRules() {
-  OptionRules rules;
+void wireItemRules(EngineContext& context) {
+  OptionRules& rules = context.services.optionRules;
   rules.optionString = optionString;
   rules.optionDisplay = optionDisplay;
   rules.expandOptionRefs = expandRefs;
   rules.inCategory = itemInCategory;
-  setOptionRules(rules);
+  context.services.checkRequirements = unmetRequirementsAfterChange;
   registerRuleBuiltins();
-  installRequirementsCheck();
 }
 
 }  // namespace zv

@@ -82,52 +82,59 @@ constexpr std::array<CommandName, 70> kCommands{{
     {"WindowPackWindows", 1576},
 }};
 
-constexpr std::array<MenuEntry, 6> kFileHead{{
-    {"&New...", kFileNew, "Ctrl+N", false},
-    {"&Open...", kFileOpen, "Ctrl+O", false},
-    {"&Close", kFileClose, "Ctrl+F4", true},
-    {"&Save", kFileSave, "Ctrl+S", true},
-    {"Save &As...", kFileSaveAs, "", true},
-    {"Save A&ll", kFileSaveAll, "", true},
+constexpr CommandNeeds kNothing = CommandNeeds::Nothing;
+constexpr CommandNeeds kSheet = CommandNeeds::Sheet;
+constexpr CommandNeeds kDocument = CommandNeeds::Document;
+
+constexpr std::array<MenuEntry, 9> kFileHead{{
+    {"&New...", kFileNew, "Ctrl+N", kNothing},
+    {"&Open...", kFileOpen, "Ctrl+O", kNothing},
+    {"&Close", kFileClose, "Ctrl+F4", kDocument},
+    {"&Save", kFileSave, "Ctrl+S", kDocument},
+    {"Save &As...", kFileSaveAs, "", kDocument},
+    {"Save A&ll", kFileSaveAll, "", kDocument},
+    {"", 0, "", kNothing},
+    {"&Load Data Sheet...", kFileLoadDataSheet, "", kNothing},
+    {"&Merge Data Sheet...", kFileMergeDataSheet, "", CommandNeeds::DataSheet},
 }};
 
 constexpr std::array<MenuEntry, 1> kFileTail{{
-    {"E&xit", kFileExit, "Ctrl+Q", false},
+    {"E&xit", kFileExit, "Ctrl+Q", kNothing},
 }};
 
 constexpr std::array<MenuEntry, 4> kEdit{{
-    {"&Undo", kEditUndo, "Ctrl+Z", true},
-    {"", 0, "", false},
-    {"&Delete", kEditClear, "", true},
-    {"Select &All", kEditSelectAll, "", true},
+    {"&Undo", kEditUndo, "Ctrl+Z", kSheet},
+    {"", 0, "", kNothing},
+    {"&Delete", kEditClear, "", kSheet},
+    {"Select &All", kEditSelectAll, "", kSheet},
 }};
 
 constexpr std::array<MenuEntry, 16> kTools{{
-    {"&Select Item...", kToolsSelectItem, "", true},
-    {"Select from &Master List...", kToolsSelectFromMasterList, "", true},
-    {"&Modify...", kToolsModify, "", true},
-    {"&Open/Close Sublist", kToolsOpenCloseSublist, "", true},
-    {"&Delete Item", kToolsDeleteItem, "", true},
-    {"&Notes...", kToolsNotes, "", true},
-    {"", 0, "", false},
-    {"Add &1", kToolsAdd1, "", true},
-    {"Subtract 1", kToolsSubtract1, "", true},
-    {"Move &Up", kToolsMoveUp, "", true},
-    {"Move Do&wn", kToolsMoveDown, "", true},
-    {"S&ort...", kToolsSort, "", true},
-    {"List S&ummary...", kToolsListSummary, "", true},
-    {"", 0, "", false},
-    {"Show &Requirements...", kToolsShowRequirements, "", true},
-    {"&Check Requirements...", kToolsCheckRequirements, "", true},
+    {"&Select Item...", kToolsSelectItem, "", kSheet},
+    {"Select from &Master List...", kToolsSelectFromMasterList, "", kSheet},
+    {"&Modify...", kToolsModify, "", kSheet},
+    {"&Open/Close Sublist", kToolsOpenCloseSublist, "", kSheet},
+    {"&Delete Item", kToolsDeleteItem, "", kSheet},
+    {"&Notes...", kToolsNotes, "", kSheet},
+    {"", 0, "", kNothing},
+    {"Add &1", kToolsAdd1, "", kSheet},
+    {"Subtract 1", kToolsSubtract1, "", kSheet},
+    {"Move &Up", kToolsMoveUp, "", kSheet},
+    {"Move Do&wn", kToolsMoveDown, "", kSheet},
+    {"S&ort...", kToolsSort, "", kSheet},
+    {"List S&ummary...", kToolsListSummary, "", kSheet},
+    {"", 0, "", kNothing},
+    {"Show &Requirements...", kToolsShowRequirements, "", kSheet},
+    {"&Check Requirements...", kToolsCheckRequirements, "", kSheet},
 }};
 
 constexpr std::array<MenuEntry, 1> kUtilities{{
-    {"&Recalculate", kUtilitiesRecalculate, "F9", true},
+    {"&Recalculate", kUtilitiesRecalculate, "F9", kSheet},
 }};
 
 constexpr std::array<MenuEntry, 2> kWindow{{
-    {"&Open All", kWindowOpenAll, "", true},
-    {"&Close All", kWindowCloseAll, "", true},
+    {"&Open All", kWindowOpenAll, "", kSheet},
+    {"&Close All", kWindowCloseAll, "", kSheet},
 }};
 
 }  // namespace

@@ -28,6 +28,9 @@ inline constexpr int kFileSave = 1043;
 inline constexpr int kFileSaveAs = 1044;
 inline constexpr int kFileExit = 1045;
 inline constexpr int kFileClose = 1048;
+inline constexpr int kFileLoadDataSheet = 1050;
+/// Merge Data Sheet, a command of a data sheet document; it has no name in the command table.
+inline constexpr int kFileMergeDataSheet = 1051;
 inline constexpr int kFileSaveAll = 1076;
 inline constexpr int kEditUndo = 1080;
 inline constexpr int kEditClear = 1084;
@@ -53,12 +56,20 @@ inline constexpr int kWindowCloseAll = 1573;
 inline constexpr int kWindowOpenAll = 1575;
 inline constexpr int kHelpAbout = 1291;
 
+/// What must be the active window for a menu entry to be enabled.
+enum class CommandNeeds {
+  Nothing,
+  Sheet,      ///< a sheet's window
+  Document,   ///< a sheet's window or a data sheet's
+  DataSheet,  ///< a data sheet's window
+};
+
 /// One entry of a menu as the frame builds it: a separator has command 0.
 struct MenuEntry {
   std::string_view text;  ///< with "&" before the mnemonic
   int command = 0;
   std::string_view shortcut;  ///< in the portable text form ("Ctrl+S"); empty for none
-  bool needsSheet = false;    ///< disabled while no sheet window is active
+  CommandNeeds needs = CommandNeeds::Nothing;
 };
 
 /// The File menu above the recent files, and below them.

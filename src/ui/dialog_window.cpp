@@ -374,7 +374,7 @@ void DialogWindow::commit(Field& field) {
         });
   }
   const bool wasChanged = sheet.changed();
-  FieldOutcome outcome = setFieldValue(sheet, *field.item, text, true, true, context);
+  FieldOutcome outcome = setFieldValue(sheet, *field.item, text, FieldInput::Typed, context);
   if (record && outcome.stored && text != record->oldText()) {
     const long maxUndo =
         view_.appSettings != nullptr ? view_.appSettings->maxUndo : kDefaultMaxUndo;

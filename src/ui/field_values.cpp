@@ -82,7 +82,7 @@ FieldOutcome refused(bool rejected) {
 }
 
 FieldOutcome storeEditVariable(FileInfo& sheet, DlgItem& field, std::string_view typed,
-                               bool applyCheck, bool convert, FieldContext& context) {
+                               FieldInput input, FieldContext& context) {
   DlgInfo* dialog = field.owner;
   const std::string& checkExp =
       !field.checkExp.empty() || dialog == nullptr ? field.checkExp : dialog->defCheckExp;
@@ -90,13 +90,13 @@ FieldOutcome storeEditVariable(FileInfo& sheet, DlgItem& field, std::string_view
       !field.checkMsg.empty() || dialog == nullptr ? field.checkMsg : dialog->defCheckMsg;
 
   std::string text(typed);
-  if (convert && !field.format.empty()) {
+  if (input == FieldInput::Typed && !field.format.empty()) {
     std::optional<std::string> converted = convertInput(sheet, field, text);
     if (!converted) return {};
     text = *converted;
   }
 
-  if (applyCheck && context.preferences.checkWhenAdding && !checkExp.empty()) {
+  if (input == FieldInput::Typed && context.preferences.checkWhenAdding && !checkExp.empty()) {
     std::string tested = text.empty() ? std::string("0") : text;
     std::string expression = replaceWord(cut(checkExp, kCheckCopyLimit), "x", tested);
     Value result;
@@ -248,8 +248,8 @@ std::optional<std::string> convertInput(FileInfo& sheet, const DlgItem& field,
   return valueToText(result);
 }
 
-FieldOutcome setFieldValue(FileInfo& sheet, DlgItem& field, std::string_view text, bool applyCheck,
-                           bool convert, FieldContext& context) {
+FieldOutcome setFieldValue(FileInfo& sheet, DlgItem& field, std::string_view text, FieldInput input,
+                           FieldContext& context) {
   FieldOutcome done;
   done.stored = true;
   switch (field.kind) {
@@ -267,7 +267,7 @@ FieldOutcome setFieldValue(FileInfo& sheet, DlgItem& field, std::string_view tex
       return done;
     case kEditvar:
       if (isPlainNumberText(text) && text == field.text) return done;
-      return storeEditVariable(sheet, field, text, applyCheck, convert, context);
+      return storeEditVariable(sheet, field, text, input, context);
     case kCombobox: {
       std::optional<std::vector<ComboEntry>> entries = parseComboEntries(field.choices);
       int index = entries ? findComboLabel(*entries, text) : -1;
@@ -379,7 +379,8 @@ FieldValueUndo::FieldValueUndo(DlgItem& field, std::function<void(DlgItem&)> sho
 
 bool FieldValueUndo::apply(FileInfo& fileInfo) {
   FieldContext quiet;
-  const FieldOutcome outcome = setFieldValue(fileInfo, field_, oldText_, false, false, quiet);
+  const FieldOutcome outcome =
+      setFieldValue(fileInfo, field_, oldText_, FieldInput::Restored, quiet);
   if (show_) show_(field_);
   return outcome.stored;
 }

@@ -70,9 +70,15 @@ std::string displayText(FileInfo& sheet, const DlgItem& field);
 std::optional<std::string> convertInput(FileInfo& sheet, const DlgItem& field,
                                         std::string_view input);
 
+/// Where a field's value comes from.
+enum class FieldInput {
+  Typed,     ///< the user's input: an editvar's format converts it and the field's check applies
+  Restored,  ///< a value put back as it stood (undo): taken as it is, without conversion or check
+};
+
 /// The one path by which a value enters an input field (checkbox, edittext, editvar, combobox).
-FieldOutcome setFieldValue(FileInfo& sheet, DlgItem& field, std::string_view text, bool applyCheck,
-                           bool convert, FieldContext& context);
+FieldOutcome setFieldValue(FileInfo& sheet, DlgItem& field, std::string_view text, FieldInput input,
+                           FieldContext& context);
 
 /// The undo record of a field's value (kind 7): the field and the text of its value before the
 /// edit. Undo stores that text again through setFieldValue with no checks, then `show` brings

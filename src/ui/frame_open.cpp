@@ -48,10 +48,11 @@ QMdiSubWindow* MainFrame::openFile(const std::string& path, bool forceText) {
       return handToSystem(decision.path);
     case OpenAction::OpenSheet:
       return openSheet(decision.path, decision.code);
+    case OpenAction::OpenDataSheet:
+      return openDataSheet(decision.path);
     case OpenAction::ConvertExternal:
     case OpenAction::OpenPrintTemplate:
     case OpenAction::OpenMacroDataSheet:
-    case OpenAction::OpenDataSheet:
     case OpenAction::OpenGroup:
       break;
   }

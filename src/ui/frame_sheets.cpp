@@ -9,8 +9,10 @@
 #include "core/messages.h"
 #include "core/paths.h"
 #include "core/undo.h"
+#include "formats/data_sheet_document.h"
 #include "formats/sheet_document.h"
 #include "rules/requirements/requirements.h"
+#include "ui/data_sheet_window.h"
 #include "ui/dialog_window.h"
 #include "ui/list_commands.h"
 #include "ui/list_panel.h"
@@ -103,7 +105,13 @@ std::vector<SheetView*> MainFrame::sheets() const {
 
 bool MainFrame::saveActive(bool askName) {
   SheetView* view = activeSheet();
-  if (view == nullptr) return false;
+  if (view == nullptr) {
+    DataSheetWindow* dataSheet = activeDataSheet();
+    if (dataSheet == nullptr) return false;
+    bool saved = saveDataSheetDocument(dataSheet->document(), askName, documentContext());
+    dataSheet->refresh();
+    return saved;
+  }
   view->commitPendingEdit();
   bool saved = saveSheet(view->sheet(), askName, documentContext());
   view->refreshTitles();
@@ -116,6 +124,12 @@ bool MainFrame::saveAll() {
     view->commitPendingEdit();
     all = saveForSaveAll(view->sheet(), documentContext()) && all;
     view->refreshTitles();
+  }
+  for (DataSheetWindow* window : dataSheetWindows()) {
+    FileInfo& record = window->document().record();
+    if (!record.changed() && !record.isNew()) continue;
+    all = saveDataSheetDocument(window->document(), record.isNew(), documentContext()) && all;
+    window->refresh();
   }
   return all;
 }
@@ -170,6 +184,12 @@ void MainFrame::runCommand(int command) {
     case kFileSaveAll:
       saveAll();
       break;
+    case kFileLoadDataSheet:
+      showLoadDataSheetDialog();
+      break;
+    case kFileMergeDataSheet:
+      mergeIntoActiveDataSheet();
+      break;
     case kFileExit:
       close();
       break;
@@ -192,8 +212,21 @@ void MainFrame::runCommand(int command) {
 
 void MainFrame::updateMenus() {
   SheetView* view = activeSheet();
+  const bool dataSheet = activeDataSheet() != nullptr;
   for (QAction* action : commandActions_) {
-    if (action->property("needsSheet").toBool()) action->setEnabled(view != nullptr);
+    switch (static_cast<CommandNeeds>(action->property("needs").toInt())) {
+      case CommandNeeds::Nothing:
+        break;
+      case CommandNeeds::Sheet:
+        action->setEnabled(view != nullptr);
+        break;
+      case CommandNeeds::Document:
+        action->setEnabled(view != nullptr || dataSheet);
+        break;
+      case CommandNeeds::DataSheet:
+        action->setEnabled(dataSheet);
+        break;
+    }
   }
   dataMenu_->menuAction()->setVisible(view != nullptr);
   editMenu_->menuAction()->setVisible(view != nullptr);

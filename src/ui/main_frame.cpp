@@ -15,6 +15,7 @@
 #include <QUrl>
 #include <algorithm>
 #include <filesystem>
+#include <utility>
 
 #include "core/deletion_list.h"
 #include "core/paths.h"
@@ -58,19 +59,18 @@ MainFrame::MainFrame(Settings& settings, AppSettings& appSettings, QWidget* pare
   buildMenus();
   statusBar()->setVisible(appSettings_.showStatusBar);
   setAcceptDrops(true);
-  installEngineHooks();
-  previousRunner_ = setRequirementsDialogRunner(runRequirementsWindow);
+  joinEngineContext();
 }
 
 MainFrame::~MainFrame() {
-  setRequirementsDialogRunner(std::move(previousRunner_));
-  installSheetViewHooks(previousHooks_);
+  engine().views = std::move(previousViews_);
+  engine().dialogs.runRequirementsDialog = std::move(previousRunner_);
   disconnect(mdiArea_, nullptr, this, nullptr);
 }
 
-void MainFrame::installEngineHooks() {
+void MainFrame::joinEngineContext() {
   // The engine tells which sheet or list changed; the frame finds the windows that show it.
-  SheetViewHooks hooks;
+  SheetViews hooks;
   hooks.sheetChanged = [this](FileInfo& sheet) {
     for (SheetView* view : sheets())
       if (&view->sheet() == &sheet) view->refreshAfterEdit();
@@ -92,7 +92,8 @@ void MainFrame::installEngineHooks() {
       }
     }
   };
-  previousHooks_ = installSheetViewHooks(std::move(hooks));
+  previousViews_ = std::exchange(engine().views, std::move(hooks));
+  previousRunner_ = std::exchange(engine().dialogs.runRequirementsDialog, runRequirementsWindow);
 }
 
 void MainFrame::buildMenus() {
@@ -143,7 +144,7 @@ void MainFrame::addMenuEntries(QMenu* menu, std::span<const MenuEntry> entries) 
     if (!entry.shortcut.empty())
       action->setShortcut(QKeySequence(
           QString::fromLatin1(entry.shortcut.data(), static_cast<int>(entry.shortcut.size()))));
-    action->setProperty("needsSheet", entry.needsSheet);
+    action->setProperty("needs", static_cast<int>(entry.needs));
     int command = entry.command;
     connect(action, &QAction::triggered, this, [this, command] { runCommand(command); });
     commandActions_.push_back(action);

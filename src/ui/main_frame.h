@@ -11,16 +11,18 @@
 
 #include "core/app_settings.h"
 #include "core/command_line.h"
+#include "core/engine_context.h"
 #include "core/recent_files.h"
 #include "core/settings.h"
 #include "formats/sheet_document.h"
 #include "rules/requirements/prereq_dialog.h"
-#include "rules/value/sheet_view.h"
 #include "script/state/environment.h"
 #include "ui/command_table.h"
 #include "ui/sheet_view.h"
 
 namespace zv::ui {
+
+class DataSheetWindow;
 
 /// The environment variable that marks a process started by this program's own hand-over of a
 /// file to the system: such a process was chosen by the system for a type it can't read.
@@ -61,6 +63,17 @@ class MainFrame : public QMainWindow {
   bool saveAll();
   /// Opens a character sheet (fileType 1) or template (2) in its windows; null after a message.
   QMdiSubWindow* openSheet(const std::string& path, int fileType);
+  /// Opens a data sheet as a document in a window of its own; null after a message.
+  QMdiSubWindow* openDataSheet(const std::string& path);
+  /// The data sheet of the active window; null when the active window isn't a data sheet's.
+  DataSheetWindow* activeDataSheet() const;
+  /// Every open data sheet window, in the frame's order of windows.
+  std::vector<DataSheetWindow*> dataSheetWindows() const;
+  /// The Load Data Sheet dialog (command 1050), modal.
+  void showLoadDataSheetDialog();
+  /// Merge Data Sheet into the active data sheet: the file is asked for, then merged. False when
+  /// nothing was merged.
+  bool mergeIntoActiveDataSheet();
   /// The sheet of the active window; null when the active window isn't a sheet's.
   SheetView* activeSheet() const;
   /// Every open sheet, in the order they were opened.
@@ -89,9 +102,11 @@ class MainFrame : public QMainWindow {
 
  private:
   /// Lets the engine's change reports reach the windows of the sheet concerned.
-  void installEngineHooks();
-  SheetViewHooks previousHooks_;
-  RequirementsDialogRunner previousRunner_;
+  /// Puts the frame's windows and its requirements window into the installed engine context;
+  /// the destructor puts back what was there.
+  void joinEngineContext();
+  SheetViews previousViews_;
+  decltype(EngineDialogs::runRequirementsDialog) previousRunner_;
   void checkRequirements(SheetView& view);
   /// Data > Run Script...: the game system's scripts by title; the one chosen runs on the sheet.
   void runScript(SheetView& view);

@@ -8,13 +8,12 @@ std::string_view unsupportedDocumentKind(const OpenDecision& decision) {
       return "print template";
     case OpenAction::OpenMacroDataSheet:
       return "macro data sheet";
-    case OpenAction::OpenDataSheet:
-      return "data sheet";
     case OpenAction::OpenGroup:
       return "group";
     case OpenAction::ConvertExternal:
       return "externally converted";
     case OpenAction::OpenSheet:
+    case OpenAction::OpenDataSheet:
     case OpenAction::Nothing:
     case OpenAction::ShowMessage:
     case OpenAction::OpenAsText:

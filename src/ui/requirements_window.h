@@ -33,8 +33,8 @@ class RequirementsWindow : public QDialog {
   QPushButton* satisfy_ = nullptr;
 };
 
-/// Runs the window until OK or Cancel: the runner that the desktop program installs with
-/// setRequirementsDialogRunner.
+/// Runs the window until OK or Cancel: the requirements dialog that the desktop program puts in
+/// the engine context.
 PrereqDialogAnswer runRequirementsWindow(RequirementsDialog& model, const PlaceItem& place);
 
 }  // namespace zv::ui

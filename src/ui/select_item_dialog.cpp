@@ -13,8 +13,8 @@
 #include <QStyledItemDelegate>
 #include <QVBoxLayout>
 
+#include "core/engine_context.h"
 #include "rules/selection/apply_rules.h"
-#include "rules/value/preferences.h"
 #include "rules/selection/rule_library.h"
 #include "rules/selection/take_item.h"
 #include "ui/frame_geometry.h"
@@ -104,7 +104,7 @@ SelectItemDialog::SelectItemDialog(std::unique_ptr<ItemSelection> selection, Car
     category_->addItem(fromSystemText(name));
   category_->setCurrentText(fromSystemText(selection_->currentCategory()));
   top->addWidget(category_, 1);
-  if (rulePreferences().applyRules) {
+  if (engine().preferences.applyRules) {
     auto* rules = new QPushButton(tr("&Rules..."));
     rules->setObjectName("rules");
     rules->setAutoDefault(false);

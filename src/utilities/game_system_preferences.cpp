@@ -4,11 +4,11 @@
 #include <array>
 #include <system_error>
 
+#include "core/engine_context.h"
 #include "core/game_systems.h"
 #include "core/ini_file.h"
 #include "core/strfmt.h"
 #include "core/text.h"
-#include "expr/item_fields.h"
 
 namespace zv {
 
@@ -145,9 +145,7 @@ bool PreferenceStore::write(std::string_view gameSystem, std::string_view name,
         onUnlessZero(trim(value)) && !trim(value).empty() ? kMeasureMetric : kMeasureUS);
   }
   if (equalsIgnoringCase(name, "PrintInheritedOptions")) {
-    ItemFieldPreferences preferences = itemFieldPreferences();
-    preferences.printInheritedOptions = onUnlessZero(value);
-    setItemFieldPreferences(preferences);
+    engine().preferences.printInheritedOptions = onUnlessZero(value);
     return settings_.setString(kPreferencesSection, "PrintInheritedOptions", value);
   }
   if (equalsIgnoringCase(name, "UseAliases")) {

@@ -9,21 +9,22 @@
 #include <filesystem>
 #include <functional>
 
+#include "core/engine_context.h"
 #include "core/game_systems.h"
 #include "core/headless_host.h"
 #include "core/undo.h"
 #include "expr/compiler.h"
 #include "formats/datasheet/data_sheet_loader.h"
+#include "formats/engine_wiring.h"
 #include "formats/file_recognition.h"
 #include "formats/sheet_document.h"
-#include "rules/value/edit.h"
-#include "rules/install.h"
 #include "rules/lists/list_ops.h"
 #include "rules/lists/list_undo.h"
 #include "rules/lists/place_item.h"
+#include "rules/lists/visible_rows.h"
 #include "rules/requirements/requirements.h"
 #include "rules/selection/take_item.h"
-#include "rules/lists/visible_rows.h"
+#include "rules/value/edit.h"
 
 namespace zv {
 namespace {
@@ -35,9 +36,9 @@ class SelectBuild : public ::testing::Test {
   void SetUp() override {
     dir_ = fs::temp_directory_path() / ("zv-select-build-" + std::to_string(::getpid()));
     fs::create_directories(dir_);
-    dataSheetEnvironment().dataDir = kData;
+    engine().dataSheets.dataDir = kData;
     context_.dataDir = kData;
-    installItemRules();
+    wireEngineServices(engine());
     UntitledNames names;
     sheet_ = newSheetFromTemplate((kData / "hollowmark.cst").string(), kFileCharacterSheet,
                                   context_, names);

@@ -1,4 +1,5 @@
 #include "core/list_total.h"
+#include "core/engine_context.h"
 
 #include <gtest/gtest.h>
 
@@ -63,10 +64,12 @@ TEST(ListTotal, CostFiveItemCountsFive) {
   EXPECT_DOUBLE_EQ(addUpList(list), 5.0);
 }
 
-TEST(ListTotal, HookReceivesTheTotalOnlyForAListWithAVariable) {
+TEST(ListTotal, StoreReceivesTheTotalOnlyForAListWithAVariable) {
   std::vector<std::pair<ListInfo*, double>> calls;
-  ListTotalHook previous =
-      setListTotalHook([&](ListInfo& list, double total) { calls.emplace_back(&list, total); });
+  ScopedEngineContext context;
+  context->services.storeListTotal = [&](ListInfo& list, double total) {
+    calls.emplace_back(&list, total);
+  };
 
   ListInfo withVariable;
   ListInfo without;
@@ -83,8 +86,6 @@ TEST(ListTotal, HookReceivesTheTotalOnlyForAListWithAVariable) {
   ASSERT_EQ(calls.size(), 1u);
   EXPECT_EQ(calls[0].first, &withVariable);
   EXPECT_DOUBLE_EQ(calls[0].second, 6.0);
-
-  setListTotalHook(std::move(previous));
 }
 
 class CountingAction : public UndoAction {

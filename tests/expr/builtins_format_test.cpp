@@ -11,16 +11,13 @@ NumberMarks continentalMarks() {
 
 class FormatBuiltinTest : public BuiltinTest {
  protected:
-  FormatBuiltinTest() { previous_ = setNumberMarksProvider(nullptr); }
-  ~FormatBuiltinTest() override { setNumberMarksProvider(previous_); }
+  FormatBuiltinTest() { engineContext_->services.numberMarks = nullptr; }
 
   void expectAll(std::initializer_list<BuiltinCase> cases) {
     for (const BuiltinCase& c : cases) {
       EXPECT_EQ(run("format", c.args), c.expected) << describe(c.args[0]);
     }
   }
-
-  NumberMarksProvider previous_ = nullptr;
 };
 
 TEST_F(FormatBuiltinTest, TextAndPlainNumbers) {
@@ -46,7 +43,7 @@ TEST_F(FormatBuiltinTest, TextAndPlainNumbers) {
 }
 
 TEST_F(FormatBuiltinTest, FractionsReachPlainNumbers) {
-  setUseFractions(true);
+  engineContext_->preferences.useFractions = true;
   EXPECT_EQ(run("format", {S("%d"), F(2.5)}), "string \"2\xBD\"");
   EXPECT_EQ(run("format", {S("%1d"), F(2.5)}), "string \"2.5\"");
 }
@@ -91,10 +88,10 @@ TEST_F(FormatBuiltinTest, LocaleMarks) {
       {"", {S("%n"), S("12345.5")}, "string \"12,345.5\""},
       {"", {S("%3n"), I(1000)}, "string \"1,000.000\""},
   });
-  setNumberMarksProvider(&continentalMarks);
+  engineContext_->services.numberMarks = continentalMarks;
   EXPECT_EQ(run("format", {S("%2n"), F(1234567.891)}), "string \"1.234.567,89\"");
   EXPECT_EQ(numberMarks().decimal, ",");
-  setNumberMarksProvider(nullptr);
+  engineContext_->services.numberMarks = nullptr;
   EXPECT_EQ(numberMarks().thousands, ",");
 }
 

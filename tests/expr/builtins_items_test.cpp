@@ -232,9 +232,9 @@ std::string expandBackquotedF(const Item&, std::string_view text) {
   return text == "`f`" ? std::string("cost") : std::string(text);
 }
 
-TEST_F(ItemBuiltinsTest, InstalledOptionRulesServeTheFieldsAndIteminfo) {
+TEST_F(ItemBuiltinsTest, OptionRulesOfTheContextServeTheFieldsAndIteminfo) {
   Item* fireball = magic_->children[0].get();
-  OptionRules saved = setOptionRules({&markedOptionString, &markedDisplay, &expandBackquotedF});
+  engineContext_->services.optionRules = {&markedOptionString, &markedDisplay, &expandBackquotedF};
   const Option& rank = *fireball->options[0];
   Value out;
   ASSERT_TRUE(itemField(*fireball, &rank, "optvalue", out));
@@ -252,7 +252,6 @@ TEST_F(ItemBuiltinsTest, InstalledOptionRulesServeTheFieldsAndIteminfo) {
   EXPECT_FALSE(compareItemvalue(*fireball, table_, "@Rank=2"));
   ASSERT_FALSE(host_.transcript().empty());
   EXPECT_EQ(host_.transcript().back(), "[Error] Unable to get option value: Rank");
-  setOptionRules(saved);
 }
 
 TEST_F(ItemBuiltinsTest, EvalParsesTextsAndPassesOtherKinds) {

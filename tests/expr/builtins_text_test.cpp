@@ -39,10 +39,10 @@ TEST_F(TextBuiltinsTest, BytesLengthsAndParts) {
 }
 
 TEST_F(TextBuiltinsTest, LengthFollowsTheFractionPreference) {
-  setUseFractions(true);
+  engineContext_->preferences.useFractions = true;
   EXPECT_EQ(run("strlen", {F(0.5)}), "int 1");
   EXPECT_EQ(run("concat", {S("a"), F(2.5)}), "string \"a2\xBD\"");
-  setUseFractions(false);
+  engineContext_->preferences.useFractions = false;
   EXPECT_EQ(run("concat", {S("a"), F(2.5)}), "string \"a2.5\"");
 }
 

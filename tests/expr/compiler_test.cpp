@@ -185,7 +185,7 @@ bool testAttributes(const FileInfo&, std::string_view name, Value& out) {
 }
 
 TEST_F(CompilerTest, SheetAttributesOfAnOwnedTable) {
-  SheetAttributeProvider previous = setSheetAttributeProvider(&testAttributes);
+  engineContext_->services.sheetAttribute = testAttributes;
   FileInfo sheet;
   table_.owner = &sheet;
   EXPECT_EQ(eval("@currentversion"), "int 253");
@@ -193,7 +193,6 @@ TEST_F(CompilerTest, SheetAttributesOfAnOwnedTable) {
   EXPECT_EQ(eval("@nosuchattribute"), "int 0");
   EXPECT_EQ(table_.find("@nosuchattribute"), nullptr);
   table_.owner = nullptr;
-  setSheetAttributeProvider(previous);
 }
 
 TEST_F(CompilerTest, BasicSheetAttributes) {

@@ -6,6 +6,7 @@
 
 #include <string>
 
+#include "core/engine_context.h"
 #include "core/headless_host.h"
 #include "core/numbers.h"
 #include "core/value.h"
@@ -34,10 +35,8 @@ inline std::string describe(const Value& value) {
 class ExprTest : public ::testing::Test {
  protected:
   ExprTest() : host_(nullptr), installed_(host_) {
-    savedFractions_ = useFractions();
-    setUseFractions(false);
+    engineContext_->preferences.useFractions = false;
   }
-  ~ExprTest() override { setUseFractions(savedFractions_); }
 
   /// Evaluates in the table: the described value, or "error N: text".
   std::string eval(std::string_view text) {
@@ -63,7 +62,7 @@ class ExprTest : public ::testing::Test {
   HeadlessHost host_;
   HostInstallation installed_;
   SymbolTable table_;
-  bool savedFractions_ = true;
+  ScopedEngineContext engineContext_;
 };
 
 }  // namespace zv::testing

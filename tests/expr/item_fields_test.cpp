@@ -191,12 +191,14 @@ TEST_F(ItemFieldsTest, FieldsOfASublistAndItsPlainChild) {
   EXPECT_EQ(field(*sublist_, "options"), "int 2");
   const Item& dagger = *sublist_->children[0];
   EXPECT_EQ(field(dagger, "options"), "int 1");
-  ItemFieldPreferences saved = setItemFieldPreferences({true, false});
+  EnginePreferences& preferences = engineContext_->preferences;
+  preferences.printInheritedOptions = false;
   EXPECT_EQ(field(dagger, "options"), "int 0");
   EXPECT_EQ(field(*sword_, "options"), "int 3");
-  setItemFieldPreferences({false, true});
+  preferences.printInheritedOptions = true;
+  preferences.checkReq = false;
   EXPECT_EQ(field(dagger, "checkrequirements"), "int 0");
-  setItemFieldPreferences(saved);
+  preferences.checkReq = true;
   EXPECT_EQ(field(dagger, "checkrequirements"), "int 1");
 }
 
@@ -204,10 +206,10 @@ std::string bracketedName(const Item& item) {
   return "[" + item.name + "]";
 }
 
-TEST_F(ItemFieldsTest, AnInstalledRowFormatterLaysOutTheItemField) {
-  ItemRowFormatter saved = setItemRowFormatter(&bracketedName);
+TEST_F(ItemFieldsTest, ARowFormatterOfTheContextLaysOutTheItemField) {
+  engineContext_->services.itemRow = bracketedName;
   EXPECT_EQ(field(*sword_, "item"), "string \"[Sword]\"");
-  setItemRowFormatter(saved);
+  engineContext_->services.itemRow = nullptr;
   EXPECT_EQ(field(*sword_, "item"), "string \"Sword\t12.5\t3\"");
 }
 

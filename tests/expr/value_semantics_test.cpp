@@ -26,7 +26,7 @@ TEST_F(ValueSemanticsTest, ForceString) {
       {Value(1.0 / 3), false, "0.3333333"},
   };
   for (const Case& c : cases) {
-    setUseFractions(c.fractions);
+    engineContext_->preferences.useFractions = c.fractions;
     Value v = c.value;
     ASSERT_TRUE(forceString(v)) << c.text;
     ASSERT_TRUE(v.isString());
@@ -68,7 +68,7 @@ TEST_F(ValueSemanticsTest, CompareValues) {
 }
 
 TEST_F(ValueSemanticsTest, TextAndNumberViews) {
-  setUseFractions(true);
+  engineContext_->preferences.useFractions = true;
   EXPECT_EQ(valueToText(Value(12)), "12");
   EXPECT_EQ(valueToText(Value("x y")), "x y");
   EXPECT_EQ(valueToText(Value(3.75)), "3\xBE");
@@ -110,11 +110,11 @@ TEST_F(ValueSemanticsTest, CopiesOwnTheirTextAndFreeingClears) {
 }
 
 TEST_F(ValueSemanticsTest, DisplayOfEvaluatedNumbersFollowsTheFractionPreference) {
-  setUseFractions(true);
+  engineContext_->preferences.useFractions = true;
   Value out;
   ASSERT_EQ(parseExp(&table_, "5 / 2", out), 0);
   EXPECT_EQ(valueToText(out), "2\xBD");
-  setUseFractions(false);
+  engineContext_->preferences.useFractions = false;
   EXPECT_EQ(valueToText(out), "2.5");
 }
 

@@ -6,11 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "core/engine_context.h"
 #include "core/game_systems.h"
 #include "core/headless_host.h"
 #include "core/scratch_dir.h"
-#include "formats/datasheet/data_sheet_loader.h"
 #include "formats/data_sheet_merge.h"
+#include "formats/datasheet/data_sheet_loader.h"
 #include "formats/datasheet/load_data_sheet_dialog.h"
 
 namespace zv::testing {
@@ -26,11 +27,11 @@ class DataSheetCommandsTest : public ::testing::Test {
       std::filesystem::copy_file(std::filesystem::path(ZV_TEST_DATA_DIR) / "datasheets" / name,
                                  dir / name);
     dir.write("notes.txt", "not a data sheet");
-    dataSheetEnvironment() = DataSheetEnvironment{dir.path(), 0, false};
+    engine().dataSheets = DataSheetSettings{dir.path(), 0, false};
   }
   void TearDown() override {
     clearGameSystems();
-    dataSheetEnvironment() = DataSheetEnvironment{};
+    engine().dataSheets = DataSheetSettings{};
   }
 
   static std::string joined(const std::vector<std::string>& names) {
@@ -65,14 +66,15 @@ TEST_F(DataSheetCommandsTest, TheDialogMovesLoadedNamesAndRewritesDefaultsWithou
   LoadDataSheetDialogModel dialog(settings);
   EXPECT_EQ(joined(dialog.available()), "brindle.cds");
   EXPECT_EQ(joined(dialog.loaded()), "ashgrove.cds pinewood.chr");
-  ASSERT_TRUE(dialog.unload(0, false));
+  ASSERT_TRUE(dialog.unload(0, LoadDataSheetDialogModel::Unload::Only));
   EXPECT_EQ(joined(dialog.available()), "ashgrove.cds brindle.cds");
   // brindle brings ashgrove along as its dependency: both move.
   ASSERT_TRUE(dialog.load(1));
   EXPECT_EQ(joined(dialog.available()), "");
   EXPECT_EQ(joined(dialog.loaded()), "pinewood.chr brindle.cds ASHGROVE.cds");
   const std::int32_t oldId = findLoadedDataSheet("pinewood.chr")->id;
-  ASSERT_TRUE(dialog.unload(0, true));  // Shift: loaded again at once
+  ASSERT_TRUE(dialog.unload(
+      0, LoadDataSheetDialogModel::Unload::ThenLoadAgain));  // Shift: loaded again at once
   EXPECT_GT(findLoadedDataSheet("pinewood.chr")->id, oldId);
 
   dialog.addDefault("brindle.cds");
@@ -91,6 +93,7 @@ TEST_F(DataSheetCommandsTest, MergeSkipsIdenticalEntriesAndAsksAboutDifferentOne
     std::vector<std::string> answers;
     std::string items;  ///< the Tools of the document afterwards
     int changes;
+    bool changed;  ///< the document is marked changed
   };
   dir.write("base.cds", std::string(kHead) +
                             "cat Tools item Adze formula x*2 item Brace formula x*3\n"
@@ -103,21 +106,27 @@ TEST_F(DataSheetCommandsTest, MergeSkipsIdenticalEntriesAndAsksAboutDifferentOne
                             "cat Woods item Oak end\n"
                             "options list Finishes add Oiled 2 add Limed 1 end end end");
   const Case cases[] = {
-      {{"Keep Old", "Keep Old", "Keep Old"}, "Adze=x*2 Brace=x*3 Kits[Awl Bit] Clamp=x", 4},
-      {{"Take New for All"}, "Adze=x*2 Kits[Awl=x Bit] Brace=x*4 Clamp=x", 7},
-      {{"Keep Both", "Keep Old for All"}, "Adze=x*2 Brace=x*3 Kits[Awl Bit] Brace=x*4 Clamp=x", 5},
-      {{"Cancel"}, "Adze=x*2 Brace=x*3 Kits[Awl]", -1},
+      {{"Keep Old", "Keep Old", "Keep Old"}, "Adze=x*2 Brace=x*3 Kits[Awl Bit] Clamp=x", 4, true},
+      {{"Take New for All"}, "Adze=x*2 Kits[Awl=x Bit] Brace=x*4 Clamp=x", 7, true},
+      {{"Keep Both", "Keep Old for All"},
+       "Adze=x*2 Brace=x*3 Kits[Awl Bit] Brace=x*4 Clamp=x",
+       5,
+       true},
+      {{"Cancel"}, "Adze=x*2 Brace=x*3 Kits[Awl]", -1, false},
+      // Clamp came in before the Cancel at Awl: it stays, and the document is changed.
+      {{"Keep Old", "Cancel"}, "Adze=x*2 Brace=x*3 Kits[Awl] Clamp=x", -1, true},
   };
   for (const Case& c : cases) {
     host.clearTranscript();
     for (const std::string& answer : c.answers)
       host.addAnswer(answer);
-    DataSheetContents document;
-    ASSERT_TRUE(readDataSheetContents(dir / "base.cds", document));
-    EXPECT_EQ(mergeDataSheetFile(document, dir / "more.cds"), c.changes);
-    EXPECT_EQ(itemNames(document.system->findCategory("Tools")->items), c.items);
+    std::unique_ptr<DataSheetDocument> document = openDataSheetDocument(dir / "base.cds");
+    ASSERT_TRUE(document);
+    EXPECT_EQ(mergeDataSheetFile(*document, dir / "more.cds"), c.changes);
+    EXPECT_EQ(itemNames(document->findCategory("Tools")->children), c.items);
+    EXPECT_EQ(document->record().changed(), c.changed);
     if (c.changes >= 0) {
-      EXPECT_NE(document.system->findCategory("Woods"), nullptr);
+      EXPECT_NE(document->findCategory("Woods"), nullptr);
     }
     EXPECT_FALSE(host.transcript().empty());
     EXPECT_EQ(host.transcript().front(),
@@ -129,18 +138,20 @@ TEST_F(DataSheetCommandsTest, MergeRefusesOtherFilesAndOtherGameSystems) {
   dir.write("base.cds", std::string(kHead) + "cat Tools item Adze end end");
   dir.write("other.cds",
             "\"Data Sheet file v. 1\" gamesystem Fenwick version 253 level 3 cat Tools end end");
-  DataSheetContents document;
-  ASSERT_TRUE(readDataSheetContents(dir / "base.cds", document));
-  EXPECT_EQ(mergeDataSheetFile(document, dir / "other.cds"), -1);
+  std::unique_ptr<DataSheetDocument> document = openDataSheetDocument(dir / "base.cds");
+  ASSERT_TRUE(document);
+  EXPECT_EQ(mergeDataSheetFile(*document, dir / "other.cds"), -1);
   EXPECT_EQ(lastMessage(),
             "[Error] The selected data sheet uses the 'Fenwick' game system. The current data "
             "sheet uses 'Tarnwick.'");
-  EXPECT_EQ(mergeDataSheetFile(document, dir / "pinewood.chr"), -1);
+  EXPECT_EQ(mergeDataSheetFile(*document, dir / "pinewood.chr"), -1);
   EXPECT_EQ(lastMessage(),
             "[Error] '" + (dir / "pinewood.chr").string() + "' is not a data sheet file");
   host.addAnswer((dir / "ashgrove.cds").string());
   // Chisel and the sublist Kits are new; so are the group Finishes and its option Limed.
-  EXPECT_EQ(mergeDataSheetCommand(document, dir.path()), 4);
+  EXPECT_FALSE(document->record().changed());
+  EXPECT_EQ(mergeDataSheetCommand(*document, dir.path()), 4);
+  EXPECT_TRUE(document->record().changed());
 }
 
 }  // namespace

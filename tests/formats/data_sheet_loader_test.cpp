@@ -7,19 +7,20 @@
 #include <string>
 #include <vector>
 
+#include "core/engine_context.h"
 #include "core/game_systems.h"
 #include "core/headless_host.h"
 #include "core/scratch_dir.h"
 #include "core/text.h"
 #include "expr/symbols.h"
-#include "formats/datasheet/data_sheet_document.h"
+#include "formats/data_sheet_document.h"
 #include "formats/datasheet/data_sheet_loader.h"
 #include "formats/datasheet/data_sheet_writer.h"
-#include "formats/sheet/expr_sheet_symbols.h"
-#include "formats/tokens/keywords.h"
 #include "formats/macro/macro_context.h"
+#include "formats/sheet/expr_sheet_symbols.h"
 #include "formats/sheet/sheet_reader.h"
 #include "formats/sheet/sheet_writer.h"
+#include "formats/tokens/keywords.h"
 
 namespace zv::testing {
 namespace {
@@ -33,11 +34,11 @@ class DataSheetLoaderTest : public ::testing::Test {
     for (const char* name : {"brindle.cds", "ashgrove.cds", "tarnwick.chr", "pinewood.chr"})
       std::filesystem::copy_file(std::filesystem::path(ZV_TEST_DATA_DIR) / "datasheets" / name,
                                  dir / name);
-    dataSheetEnvironment() = DataSheetEnvironment{dir.path(), 0, false};
+    engine().dataSheets = DataSheetSettings{dir.path(), 0, false};
   }
   void TearDown() override {
     clearGameSystems();
-    dataSheetEnvironment() = DataSheetEnvironment{};
+    engine().dataSheets = DataSheetSettings{};
   }
 
   bool load(const std::string& name) { return loadDataSheet(dir / name, name); }
@@ -306,11 +307,11 @@ TEST_F(DataSheetLoaderTest, ALoadInsideAMacroReadRestoresTheOuterContext) {
 
 TEST_F(DataSheetLoaderTest, BinaryDataSheetsNeverPassThroughTheMacroProcessor) {
   dir.write("odd.cds", std::string(kHead) + "cat Tools item Lathe end end");
-  DataSheetContents contents;
-  ASSERT_TRUE(readDataSheetContents(dir / "odd.cds", contents));
-  contents.system->findCategory("Tools")->items[0]->name = "Lathe $(Size)";
+  std::unique_ptr<DataSheetDocument> document = openDataSheetDocument(dir / "odd.cds");
+  ASSERT_TRUE(document);
+  document->findCategory("Tools")->children[0]->name = "Lathe $(Size)";
   MemoryByteStream binary;
-  ASSERT_EQ(writeDataSheet(contents.file, *contents.system, binary, true), kWriteOk);
+  ASSERT_EQ(writeDataSheetDocument(*document, binary, true), kWriteOk);
   dir.write("odd.cds", binary.data());
   ASSERT_TRUE(load("odd.cds")) << lastMessage();
   EXPECT_EQ(names(tools().items), "Lathe $(Size)");
@@ -323,7 +324,7 @@ TEST_F(DataSheetLoaderTest, TheCopyrightDelayWaitsThroughTheHostOnceAGameSystem)
   EXPECT_LE(first, 1500);
   ASSERT_TRUE(load("brindle.cds"));  // and ashgrove again, behind it
   EXPECT_EQ(host.waitedForInputMs(), first);
-  dataSheetEnvironment().copyrightDelay = 60000;
+  engine().dataSheets.copyrightDelay = 60000;
   dir.write("quick.cds", std::string(kHead) + "cdelay 0 end");
   ASSERT_TRUE(load("quick.cds"));
   EXPECT_EQ(host.waitedForInputMs(), first);

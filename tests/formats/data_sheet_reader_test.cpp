@@ -6,11 +6,11 @@
 
 #include <gtest/gtest.h>
 
+#include "core/engine_context.h"
 #include "core/game_systems.h"
 #include "core/headless_host.h"
 #include "formats/datasheet/data_sheet_reader.h"
 #include "formats/tokens/keywords.h"
-#include "formats/sheet/level_warnings.h"
 
 namespace zv::testing {
 namespace {
@@ -228,7 +228,8 @@ TEST_F(DataSheetReaderTest, LevelMismatchWarnings) {
   }
   clearGameSystems();
   host.clearTranscript();
-  LevelWarningsOff off;
+  ScopedEngineContext off;
+  off->preferences.levelWarnings = false;
   DataSheetFile a, b;
   ASSERT_TRUE(read(std::string(kHead) + "end", a));
   ASSERT_TRUE(read("\"Data Sheet file v. 1\" gamesystem Fenwick level 5 end", b));

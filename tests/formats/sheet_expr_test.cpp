@@ -1,6 +1,7 @@
 // Reading sheets with the expression engine behind the reader: the definitions of a file become
 // symbols of the sheet's table, and settling leaves the list totals in their variables.
 
+#include "core/engine_context.h"
 #include "core/list_total.h"
 #include "expr/symbols.h"
 #include "formats/sheet/expr_sheet_symbols.h"
@@ -11,14 +12,7 @@ namespace {
 
 class SheetWithEngine : public SheetFixture {
  protected:
-  void SetUp() override {
-    SheetFixture::SetUp();
-    previousHook_ = installListTotalVariables();
-  }
-  void TearDown() override {
-    setListTotalHook(std::move(previousHook_));
-    SheetFixture::TearDown();
-  }
+  SheetWithEngine() { engine_->services.storeListTotal = storeListTotalInVariable; }
 
   bool readWithEngine(const std::string& data, int fileType = 1) {
     SheetReadOptions options;
@@ -36,7 +30,7 @@ class SheetWithEngine : public SheetFixture {
   }
 
  private:
-  ListTotalHook previousHook_;
+  ScopedEngineContext engine_;
 };
 
 const char* const kTinySheet = R"("Character Sheet file v. 1" gamesystem Tiny

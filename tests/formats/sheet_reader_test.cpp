@@ -244,10 +244,11 @@ TEST_F(SheetReader, LevelIsCheckedAgainstTheGameSystem) {
 TEST_F(SheetReader, LevelCheckStaysQuietWhenWarningsAreOff) {
   findOrCreateGameSystem("Tiny").level = -1;
   {
-    LevelWarningsOff quiet;
+    ScopedEngineContext quiet;
+    quiet->preferences.levelWarnings = false;
     ASSERT_TRUE(read(sheetText("level 5")));
   }
-  EXPECT_TRUE(levelWarningsOn());
+  EXPECT_TRUE(engine().preferences.levelWarnings);
   EXPECT_TRUE(messages().empty());
   // Only the check takes the sheet's level, so the game system stays unset.
   EXPECT_EQ(findGameSystem("Tiny")->level, -1);

@@ -14,12 +14,12 @@
 #include <string>
 #include <vector>
 
+#include "core/engine_context.h"
 #include "core/game_systems.h"
 #include "core/headless_host.h"
 #include "core/host.h"
 #include "core/numbers.h"
 #include "core/text.h"
-#include "formats/sheet/level_warnings.h"
 #include "formats/sheet/sheet_reader.h"
 #include "formats/sheet/sheet_symbols.h"
 #include "formats/sheet/sheet_writer.h"
@@ -124,7 +124,7 @@ class SheetFixture : public ::testing::Test {
   }
   void SetUp() override {
     clearGameSystems();
-    setLevelWarningsOn(true);
+    engine().preferences.levelWarnings = true;
   }
   void TearDown() override {
     sheet.reset();

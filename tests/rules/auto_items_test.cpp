@@ -9,9 +9,9 @@
 #include "core/undo.h"
 #include "list_fixture.h"
 #include "rules/auto/auto_items.h"
-#include "rules/value/edit.h"
 #include "rules/lists/list_undo.h"
 #include "rules/lists/place_item.h"
+#include "rules/value/edit.h"
 
 namespace zv::testing {
 namespace {
@@ -407,16 +407,15 @@ TEST_F(AutoItems, QuestionsOfSetValSelOptValAndItemRef) {
   EXPECT_TRUE(cancelled_);
 }
 
-TEST_F(AutoItems, DataSheetsLoadThroughTheInstalledLoader) {
+TEST_F(AutoItems, DataSheetsLoadThroughTheContextsLoader) {
   std::string loaded;
-  AutoDataSheetLoader previous = setAutoDataSheetLoader([&](FileInfo&, std::string_view name) {
+  engineContext_->services.loadDataSheet = [&](FileInfo&, std::string_view name) {
     loaded = name;
     return name != "missing.cds";
-  });
+  };
   EXPECT_EQ(run("?datasheet:extra.cds;Climb;"), 1);
   EXPECT_EQ(loaded, "extra.cds");
   EXPECT_EQ(run("?datasheet:missing.cds;Climb;"), -1);
-  setAutoDataSheetLoader(std::move(previous));
 }
 
 TEST_F(AutoItems, AKitDeletedAndUndoneKeepsItsMembersTiedToIt) {
@@ -493,9 +492,9 @@ TEST_F(PlacingItems, AFailedOrCancelledAddIsTakenBackWhole) {
 
 TEST_F(PlacingItems, UnmetRequirementsPassTheRefusedValuePreferences) {
   master("Skills", "Duel", "x", "1").prereq = "Sword";
-  RequirementsCheck previous = setRequirementsCheck([](FileInfo&, Item& item) {
+  engineContext_->services.checkRequirements = [](FileInfo&, Item& item) {
     return std::optional<BadValue>(BadValue{"Skills", item.name + " needs Sword"});
-  });
+  };
   host_.addAnswer("Cancel");
   PlaceResult refused =
       placeItem(sheet_, *skills_, copyOf("Skills", "Duel"), Placement::appendTo());
@@ -506,7 +505,6 @@ TEST_F(PlacingItems, UnmetRequirementsPassTheRefusedValuePreferences) {
       placeItem(sheet_, *skills_, copyOf("Skills", "Duel"), Placement::appendTo());
   EXPECT_EQ(accepted.status, PlaceStatus::Placed);
   EXPECT_EQ(messages(), "[Skills] Duel needs Sword|[Skills] Duel needs Sword");
-  setRequirementsCheck(std::move(previous));
 }
 
 }  // namespace

@@ -2,8 +2,8 @@
 // expression engine's item fields see them.
 
 #include "expr/item_fields.h"
-#include "rules/value/dist_adj.h"
 #include "rules/install.h"
+#include "rules/value/dist_adj.h"
 #include "rules/value/level.h"
 #include "rules/value/lookup.h"
 #include "rules/value/option_value.h"
@@ -91,17 +91,16 @@ TEST_F(DistLookupTest, ConstantCostKeepsTheCost) {
 }
 
 TEST_F(DistLookupTest, EngineSeesTheOptionRules) {
-  OptionRules saved = optionRules();
-  installItemRules();
+  wireItemRules(engineContext_.context());
+  const OptionRules& rules = engine().services.optionRules;
   Item& item = addItem("Thing");
   Option& size = addOption(item, kOptionAddition, "Size", "?:2; Small,1; Large,3;");
   std::string text;
   Value value;
-  ASSERT_TRUE(optionRules().optionString(item, size, text, value));
+  ASSERT_TRUE(rules.optionString(item, size, text, value));
   EXPECT_EQ(text, "Large, 3");
-  EXPECT_EQ(optionRules().optionDisplay(item, size), "Size: Large, 3");
-  EXPECT_EQ(optionRules().expandOptionRefs(item, "`Size`*2"), "3*2");
-  setOptionRules(saved);
+  EXPECT_EQ(rules.optionDisplay(item, size), "Size: Large, 3");
+  EXPECT_EQ(rules.expandOptionRefs(item, "`Size`*2"), "3*2");
 }
 
 }  // namespace

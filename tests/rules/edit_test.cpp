@@ -87,8 +87,11 @@ TEST_F(EditTest, ACostThatFeedsItsOwnTotalEndsAfterAFewRounds) {
 TEST_F(EditTest, RefusedLevelsPassThePreferences) {
   item(0).checkExp = "x<=5";
   settle();
+  struct Choices {
+    bool checkReq, disallowIfNotSatisfied, noBadValueDlg;
+  };
   struct Case {
-    RulePreferences preferences;
+    Choices preferences;
     const char* answer;
     EditResult result;
     const char* level;
@@ -103,7 +106,10 @@ TEST_F(EditTest, RefusedLevelsPassThePreferences) {
       {{false, false, false}, "Cancel", EditResult::Changed, "7", ""},
   };
   for (const Case& c : cases) {
-    setRulePreferences(c.preferences);
+    EnginePreferences& preferences = engineContext_->preferences;
+    preferences.checkReq = c.preferences.checkReq;
+    preferences.disallowIfNotSatisfied = c.preferences.disallowIfNotSatisfied;
+    preferences.noBadValueDlg = c.preferences.noBadValueDlg;
     ASSERT_EQ(changeItemLevel(sheet_, item(0), "3"), EditResult::Changed);
     sheet_.setChangedFlag(false);
     host_.clearTranscript();
@@ -128,42 +134,38 @@ TEST_F(EditTest, ADependantThatFailsItsCheckUndoesTheChange) {
   EXPECT_FALSE(sheet_.changed());
 }
 
-TEST_F(EditTest, UnmetRequirementsComeThroughTheirSeam) {
+TEST_F(EditTest, UnmetRequirementsComeThroughTheContextsCheck) {
   settle();
-  RequirementsCheck previous = setRequirementsCheck([](FileInfo&, Item& changed) {
+  engineContext_->services.checkRequirements = [](FileInfo&, Item& changed) {
     return changed.levelValue > 4 ? std::optional<BadValue>({"Requirements", "Needs a mentor"})
                                   : std::nullopt;
-  });
+  };
   host_.addAnswer("Cancel");
   EXPECT_EQ(changeItemLevel(sheet_, item(0), "5"), EditResult::Refused);
   EXPECT_EQ(changeItemLevel(sheet_, item(0), "4"), EditResult::Changed);
   EXPECT_EQ(messages(), "[Requirements] Needs a mentor");
   EXPECT_EQ(item(0).level, "4");
-  setRequirementsCheck(std::move(previous));
 }
 
 TEST_F(EditTest, TheSheetsRequirementsJoinALevelChange) {
   item(3).prereq = "Might>=4";
   settle();
-  RequirementsCheck previous = setRequirementsCheck(unmetRequirementsAfterChange);
+  engineContext_->services.checkRequirements = unmetRequirementsAfterChange;
   host_.addAnswer("Cancel");
   EXPECT_EQ(changeItemLevel(sheet_, item(0), "5"), EditResult::Changed);
   EXPECT_EQ(changeItemLevel(sheet_, item(0), "2"), EditResult::Refused);
   EXPECT_EQ(messages(), "[Skills] 1 item with unsatisfied requirements\\n\\nSkills: Grace");
   EXPECT_EQ(item(0).level, "5");
-  setRequirementsCheck(std::move(previous));
 }
 
 TEST_F(EditTest, AnItemIsNotChangedAgainWhileItChanges) {
   settle();
   std::vector<EditResult> inner;
-  SheetViewHooks hooks;
-  hooks.itemChanged = [&](Item& changed) {
+  engineContext_->views.itemChanged = [&](Item& changed) {
     if (&changed == &item(0)) inner.push_back(changeItemLevel(sheet_, item(0), "9"));
   };
-  SheetViewHooks previous = installSheetViewHooks(hooks);
   EXPECT_EQ(changeItemLevel(sheet_, item(0), "4"), EditResult::Changed);
-  installSheetViewHooks(std::move(previous));
+  engineContext_->views.itemChanged = nullptr;
   EXPECT_EQ(inner, std::vector<EditResult>{EditResult::Busy});
   EXPECT_EQ(item(0).level, "4");
 }

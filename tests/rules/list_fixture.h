@@ -16,7 +16,7 @@ namespace zv::testing {
 class ListOpsTest : public SheetRulesTest {
  protected:
   ListOpsTest() : system_("Testland") {
-    installItemRules();
+    wireItemRules(engineContext_.context());
     sheet_.gameSystem = &system_;
     sheet_.gameSystemName = "Testland";
     skills_ = &sheetList("Skills", "SkillPts");

@@ -22,15 +22,13 @@ class ListUndo : public ListOpsTest {
       if (item->isSublist()) item->setOpen(true);
     }
     // A B G g1 g2 C D E: rows 0 to 7; costs 2 each for the five items and 5 for the group.
-    SheetViewHooks hooks = sheetViewHooks();
-    hooks.showList = [this](ListInfo& list) { shown += list.name.str() + ";"; };
-    hooks.selectRows = [this](ListInfo& list, int first, int last) {
+    SheetViews& views = engineContext_->views;
+    views.showList = [this](ListInfo& list) { shown += list.name.str() + ";"; };
+    views.selectRows = [this](ListInfo& list, int first, int last) {
       selected += list.name.str() + ":" + std::to_string(first) + "-" + std::to_string(last) + ";";
     };
-    previous_ = installSheetViewHooks(hooks);
     sheet_.setChangedFlag(false);
   }
-  ~ListUndo() override { installSheetViewHooks(previous_); }
 
   std::vector<Item*> rows(std::initializer_list<int> indices) {
     std::vector<Item*> items;
@@ -41,7 +39,6 @@ class ListUndo : public ListOpsTest {
 
   std::string shown;
   std::string selected;
-  SheetViewHooks previous_;
 };
 
 constexpr const char* kWhole = "A,B,G[g1,g2],C,D,E";

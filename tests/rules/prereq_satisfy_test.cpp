@@ -225,7 +225,7 @@ TEST_F(SatisfyTest, TheDialogShowsRowsAndSatisfies) {
 
 TEST_F(SatisfyTest, TheHostAnswersTheDialog) {
   feat_->prereq = "Skills:Lore";
-  RulePreferences preferences;
+  RuleChoices preferences;
   preferences.disallowIfNotSatisfied = true;
   setPreferences(preferences);
   struct Case {
@@ -243,12 +243,11 @@ TEST_F(SatisfyTest, TheHostAnswersTheDialog) {
     EXPECT_EQ(skills_->items.size(), c.listed) << c.answers;
   }
   // The desktop program's window replaces the host's choice.
-  setRequirementsDialogRunner([](RequirementsDialog& dialog, const PlaceItem&) {
+  engineContext_->dialogs.runRequirementsDialog = [](RequirementsDialog& dialog, const PlaceItem&) {
     return dialog.title() == "Feat" ? PrereqDialogAnswer::Ok : PrereqDialogAnswer::Cancel;
-  });
+  };
   RequirementsDialog dialog(sheet_, feats_, *feat_, true);
   EXPECT_TRUE(runRequirementsDialog(dialog, appender()));
-  setRequirementsDialogRunner(nullptr);
 }
 
 TEST_F(SatisfyTest, LevelChangesMeetTheSheetsRequirements) {

@@ -104,11 +104,8 @@ TEST_F(RuleBuiltinsTest, Options) {
   EXPECT_EQ(eval("listoptions(\"optname\", \"Edge\", names)"), "int 2");
   EXPECT_EQ(eval("names[2]"), "text Edge");
 
-  ItemFieldPreferences preferences = itemFieldPreferences();
-  preferences.printInheritedOptions = false;
-  ItemFieldPreferences saved = setItemFieldPreferences(preferences);
+  engineContext_->preferences.printInheritedOptions = false;
   EXPECT_EQ(eval("listoptions(\"optname\", \"\", \",\")"), "text Edge,Edge,Style,Boost");
-  setItemFieldPreferences(saved);
   sheet_.gameSystem = nullptr;
 }
 

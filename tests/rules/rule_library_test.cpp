@@ -246,8 +246,7 @@ TEST_F(RuleLibraryTest, SheetsSwitchOnTheirSets) {
     EXPECT_EQ(active(c.ruleSet), c.active) << c.ruleSet;
   }
   // With the preference ApplyRules off nothing is active.
-  RulePreferences off;
-  setRulePreferences(off);
+  engineContext_->preferences.applyRules = false;
   EXPECT_EQ(active("Low Magic"), "");
   EXPECT_FALSE(campaign_->findRule("NoFire")->isActive());
 }

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "core/engine_context.h"
 #include "core/fileinfo.h"
 #include "core/headless_host.h"
 #include "core/list_info.h"
@@ -18,14 +19,12 @@ namespace zv::testing {
 class RulesTest : public ::testing::Test {
  protected:
   RulesTest() : host_(nullptr), installed_(host_) {
-    savedFractions_ = useFractions();
-    setUseFractions(false);
+    engineContext_->preferences.useFractions = false;
     sheet_.symbols = std::make_shared<SymbolTable>();
     sheet_.symbols->owner = &sheet_;
     list_ = std::make_unique<ListInfo>();
     list_->owner = &sheet_;
   }
-  ~RulesTest() override { setUseFractions(savedFractions_); }
 
   /// A new item of the sheet's list.
   Item& addItem(const std::string& name) {
@@ -59,7 +58,7 @@ class RulesTest : public ::testing::Test {
   HostInstallation installed_;
   FileInfo sheet_;
   std::unique_ptr<ListInfo> list_;
-  bool savedFractions_ = false;
+  ScopedEngineContext engineContext_;
 };
 
 }  // namespace zv::testing

@@ -271,7 +271,7 @@ TEST_F(SelectItemTest, UnmetRequirementsRunTheDialog) {
   Item& bolt = *category("Spells").findItem("Bolt");
   bolt.prereq = "Skills:Sword>=2|Skills:Axe";
   struct Case {
-    RulePreferences preferences;
+    RuleChoices preferences;
     const char* answer;
     TakeResult result;
     std::string shown;

@@ -10,11 +10,17 @@
 
 #include "core/game_systems.h"
 #include "rules/lists/place_item.h"
-#include "rules/value/preferences.h"
 #include "rules/selection/rule_library.h"
 #include "sheet_lists_support.h"
 
 namespace zv::testing {
+
+/// The preferences a selection test varies; ApplyRules stays on.
+struct RuleChoices {
+  bool checkReq = true;
+  bool disallowIfNotSatisfied = false;
+  bool noBadValueDlg = false;
+};
 
 class SelectionTest : public SheetListsTest {
  protected:
@@ -23,9 +29,7 @@ class SelectionTest : public SheetListsTest {
     system_ = &findOrCreateGameSystem("Testland");
     sheet_.gameSystem = system_;
     sheet_.gameSystemName = "Testland";
-    RulePreferences preferences;
-    preferences.applyRules = true;
-    savedPreferences_ = setRulePreferences(preferences);
+    setPreferences({});
     dir_ = std::filesystem::temp_directory_path() /
            ("zv-rules-" + std::to_string(::getpid()) + "-" +
             ::testing::UnitTest::GetInstance()->current_test_info()->name());
@@ -33,15 +37,17 @@ class SelectionTest : public SheetListsTest {
     library_.setDataDir(dir_);
   }
   ~SelectionTest() override {
-    setRulePreferences(savedPreferences_);
     sheet_.gameSystem = nullptr;
     clearGameSystems();
     std::filesystem::remove_all(dir_);
   }
 
-  void setPreferences(RulePreferences preferences) {
+  void setPreferences(const RuleChoices& choices) {
+    EnginePreferences& preferences = engineContext_->preferences;
+    preferences.checkReq = choices.checkReq;
+    preferences.disallowIfNotSatisfied = choices.disallowIfNotSatisfied;
+    preferences.noBadValueDlg = choices.noBadValueDlg;
     preferences.applyRules = true;
-    setRulePreferences(preferences);
   }
 
   Category& category(const std::string& name) { return system_->findOrAddCategory(name); }
@@ -92,9 +98,6 @@ class SelectionTest : public SheetListsTest {
   RuleLibrary library_;
   std::filesystem::path dir_;
   int placed_ = 0;
-
- private:
-  RulePreferences savedPreferences_;
 };
 
 }  // namespace zv::testing

@@ -1,15 +1,14 @@
 #pragma once
 // A sheet of the item rules tests whose lists belong to the sheet, with list totals that reach
-// their variables and view hooks that count what they are told.
+// their variables and sheet views that count what they are told.
 
 #include <map>
 #include <string>
 
+#include "core/engine_context.h"
 #include "core/list_total.h"
 #include "expr/symbols.h"
 #include "rules/value/level.h"
-#include "rules/value/preferences.h"
-#include "rules/value/sheet_view.h"
 #include "rules_test_support.h"
 
 namespace zv::testing {
@@ -17,21 +16,21 @@ namespace zv::testing {
 class SheetRulesTest : public RulesTest {
  protected:
   SheetRulesTest() {
-    savedTotalHook_ = setListTotalHook([this](ListInfo& list, double total) {
+    EngineContext& context = engineContext_.context();
+    context.services.storeListTotal = [this](ListInfo& list, double total) {
       ++totalsAdded[list.name.str()];
       setValue(*sheet_.symbols, *list.totalSymbol, Value(total));
-    });
-    SheetViewHooks hooks;
-    hooks.itemChanged = [this](Item& item) { ++itemsRepainted[item.name]; };
-    hooks.listChanged = [this](ListInfo& list) { ++listsRepainted[list.name.str()]; };
-    hooks.sheetChanged = [this](FileInfo&) { ++sheetsRefreshed; };
-    savedHooks_ = installSheetViewHooks(std::move(hooks));
-    savedPreferences_ = setRulePreferences({});
-  }
-  ~SheetRulesTest() override {
-    setListTotalHook(std::move(savedTotalHook_));
-    installSheetViewHooks(std::move(savedHooks_));
-    setRulePreferences(savedPreferences_);
+    };
+    SheetViews& views = context.views;
+    views.itemChanged = [this](Item& item) { ++itemsRepainted[item.name]; };
+    views.listChanged = [this](ListInfo& list) { ++listsRepainted[list.name.str()]; };
+    views.sheetChanged = [this](FileInfo&) { ++sheetsRefreshed; };
+    // The preferences of a fresh installation.
+    const EnginePreferences fresh;
+    context.preferences.checkReq = fresh.checkReq;
+    context.preferences.disallowIfNotSatisfied = fresh.disallowIfNotSatisfied;
+    context.preferences.noBadValueDlg = fresh.noBadValueDlg;
+    context.preferences.applyRules = fresh.applyRules;
   }
 
   /// A list of the sheet with a total variable of that name.
@@ -79,11 +78,6 @@ class SheetRulesTest : public RulesTest {
   std::map<std::string, int> itemsRepainted;
   std::map<std::string, int> listsRepainted;
   int sheetsRefreshed = 0;
-
- private:
-  ListTotalHook savedTotalHook_;
-  SheetViewHooks savedHooks_;
-  RulePreferences savedPreferences_;
 };
 
 }  // namespace zv::testing

@@ -13,7 +13,7 @@ namespace zv::testing {
 
 class SheetListsTest : public RulesTest {
  protected:
-  SheetListsTest() { installItemRules(); }
+  SheetListsTest() { wireItemRules(engineContext_.context()); }
 
   ListInfo& addList(const std::string& name) {
     auto list = std::make_unique<ListInfo>();

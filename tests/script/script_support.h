@@ -10,10 +10,10 @@
 #include <string>
 #include <vector>
 
+#include "core/engine_context.h"
 #include "core/game_systems.h"
 #include "core/headless_host.h"
 #include "expr/symbols.h"
-#include "formats/datasheet/data_sheet_loader.h"
 #include "formats/file_recognition.h"
 #include "formats/sheet_document.h"
 #include "script/entry/runs.h"
@@ -30,12 +30,11 @@ class ScriptTest : public ::testing::Test {
                ("zv-script-" + std::to_string(::getpid()) + "-" + std::to_string(++counter()));
     std::filesystem::create_directories(dataDir_);
     environment.dataDir = dataDir_;
-    dataSheetEnvironment() = DataSheetEnvironment{kSampleData, 0, false};
+    engineContext_->dataSheets.dataDir = kSampleData;
   }
   ~ScriptTest() override {
     std::error_code error;
     std::filesystem::remove_all(dataDir_, error);
-    dataSheetEnvironment() = DataSheetEnvironment{};
   }
 
   static int& counter() {
@@ -105,6 +104,7 @@ class ScriptTest : public ::testing::Test {
   RunOutcome lastOutcome;
 
  private:
+  ScopedEngineContext engineContext_;
   HeadlessHost host_;
   HostInstallation installed_;
   std::filesystem::path dataDir_;

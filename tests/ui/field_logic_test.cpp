@@ -176,7 +176,7 @@ class FieldLogicTest : public QObject {
     context.preferences.noBadValueDialog = noBadValueDialog;
     context.memory = &memory;
     context.beep = [&beeps] { ++beeps; };
-    setFieldValue(s.sheet, *s.field, typed.toStdString(), true, true, context);
+    setFieldValue(s.sheet, *s.field, typed.toStdString(), FieldInput::Typed, context);
     QCOMPARE(QString::fromStdString(s.field->text), text);
     QCOMPARE(valueToInteger(s.field->symbol->value), value);
     QCOMPARE(transcript().size(), boxes);
@@ -190,8 +190,8 @@ class FieldLogicTest : public QObject {
     FieldContext context;
     context.memory = &memory;
     host_->addAnswer("OK");
-    setFieldValue(s.sheet, *s.field, "20", true, true, context);
-    setFieldValue(s.sheet, *s.field, "20+0", true, true, context);
+    setFieldValue(s.sheet, *s.field, "20", FieldInput::Typed, context);
+    setFieldValue(s.sheet, *s.field, "20+0", FieldInput::Typed, context);
     QCOMPARE(transcript(), QStringList{"[Unacceptable Value] Too strong"});
     QCOMPARE(QString::fromStdString(s.field->text), QStringLiteral("20+0"));
   }
@@ -200,7 +200,7 @@ class FieldLogicTest : public QObject {
     SheetWithField s("concat(x, \" ft\")", "");
     QCOMPARE(displayText(s.sheet, *s.field), std::string("10 ft"));
     FieldContext context;
-    setFieldValue(s.sheet, *s.field, "12", false, false, context);
+    setFieldValue(s.sheet, *s.field, "12", FieldInput::Restored, context);
     QCOMPARE(displayText(s.sheet, *s.field), std::string("12 ft"));
     // A format that gives a number shows the plain value.
     s.field->format = "x*2";

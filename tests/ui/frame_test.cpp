@@ -38,18 +38,17 @@ QStringList actionTexts(const QWidget* menu) {
   return texts;
 }
 
-// The entries of the File menu between the first two separators: the recent files.
+// The entries of the File menu between its last two separators: the recent files.
 QList<QAction*> recentFileActions(const QMenu* menu) {
-  QList<QAction*> entries;
-  int separators = 0;
+  QList<QList<QAction*>> groups{{}};
   for (QAction* action : menu->actions()) {
     if (action->isSeparator()) {
-      if (++separators == 2) break;
-    } else if (separators == 1) {
-      entries << action;
+      groups.append(QList<QAction*>{});
+    } else {
+      groups.back() << action;
     }
   }
-  return entries;
+  return groups.size() >= 2 ? groups[groups.size() - 2] : QList<QAction*>{};
 }
 
 zv::ui::TextWindow* textWindowOf(QMdiSubWindow* window) {
@@ -105,14 +104,15 @@ class FrameTest : public QObject {
              (QStringList{"&File", "&Edit", "&Tools", "&Data", "&Utilities", "&Window", "&Help"}));
     QCOMPARE(actionTexts(frame.fileMenu()),
              (QStringList{"&New...", "&Open...", "&Close", "&Save", "Save &As...", "Save A&ll",
-                          "Recent Files", "E&xit"}));
+                          "&Load Data Sheet...", "&Merge Data Sheet...", "Recent Files", "E&xit"}));
     QList<QAction*> file = frame.fileMenu()->actions();
     QCOMPARE(frame.commandAction(1042)->shortcut(), QKeySequence(QKeySequence::Open));
     // With no sheet open, the Data menu is hidden and the sheet's commands are disabled.
     QVERIFY(!frame.dataMenu()->menuAction()->isVisible());
-    for (int command : {1048, 1043, 1044, 1076, 1308, 1080, 1084, 1101, 1109})
+    for (int command : {1048, 1043, 1044, 1076, 1051, 1308, 1080, 1084, 1101, 1109})
       QVERIFY(!frame.commandAction(command)->isEnabled());
-    QVERIFY(frame.commandAction(1041)->isEnabled());
+    for (int command : {1041, 1042, 1050})
+      QVERIFY(frame.commandAction(command)->isEnabled());
     QCOMPARE(file.back()->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Q));
     QCOMPARE(file.back()->data().toInt(), 1045);
     QCOMPARE(frame.helpMenu()->actions().size(), 1);
@@ -209,12 +209,13 @@ class FrameTest : public QObject {
         << "base.cst" << QByteArray("\"Character Sheet file v. 1\" gamesystem Tiny\n") << ""
         << false
         << "[Error] There are no dialogs in this file; it cannot be opened as a character sheet";
-    QTest::newRow("data sheet")
+    // A data sheet goes to the data sheet reader (one that opens: tests/ui/data_sheet_windows).
+    QTest::newRow("data sheet without its end")
         << "gear.cds" << QByteArray("\"Data Sheet file v. 1\" gamesystem Tiny\n") << "" << false
-        << "[Not Yet Supported] Opening data sheet files is not yet supported: %1";
+        << "[Error] End missing";
     QTest::newRow("content outranks extension")
         << "gear.inc" << QByteArray("\"Data Sheet file v. 1\" gamesystem Tiny\n") << "" << false
-        << "[Not Yet Supported] Opening data sheet files is not yet supported: %1";
+        << "[Error] End missing";
     QTest::newRow("macro data sheet")
         << "m.mds" << QByteArray("\"Macro Data Sheet file v. 1\"\n") << "" << false
         << "[Not Yet Supported] Opening macro data sheet files is not yet supported: %1";

@@ -18,6 +18,7 @@
 #include <string>
 
 #include "core/app_settings.h"
+#include "core/engine_context.h"
 #include "core/game_systems.h"
 #include "core/settings.h"
 #include "formats/datasheet/data_sheet_loader.h"
@@ -50,7 +51,7 @@ class SheetFrame {
     std::ofstream(base_ / "settings.ini") << settingsText;
     settings_.emplace(Settings::fromFile(base_ / "settings.ini"));
     app_.emplace(AppSettings::load(*settings_, base_));
-    if (!dataDir.empty()) dataSheetEnvironment().dataDir = dataDir;
+    if (!dataDir.empty()) engine().dataSheets.dataDir = dataDir;
     host_.emplace(nullptr);
     installed_.emplace(*host_);
     frame_.emplace(*settings_, *app_);

@@ -8,6 +8,7 @@
 
 #include <fstream>
 
+#include "core/engine_context.h"
 #include "core/game_systems.h"
 #include "core/headless_host.h"
 #include "core/numbers.h"
@@ -38,11 +39,9 @@ class PreferencesTest : public ::testing::Test {
     std::ofstream(dir_ / "tavlo.ini", std::ios::binary) << "[zarvel]\r\nMeasure=-1\r\n";
     clearGameSystems();
     settings_ = std::make_unique<Settings>(Settings::fromFile(dir_ / "tavlo.ini"));
-    savedFractions_ = useFractions();
-    setUseFractions(false);
+    engineContext_->preferences.useFractions = false;
   }
   ~PreferencesTest() override {
-    setUseFractions(savedFractions_);
     clearGameSystems();
     fs::remove_all(dir_);
   }
@@ -64,7 +63,7 @@ class PreferencesTest : public ::testing::Test {
   std::unique_ptr<Settings> settings_;
   FileInfo sheet_;
   SymbolTable table_;
-  bool savedFractions_ = false;
+  ScopedEngineContext engineContext_;
 };
 
 TEST_F(PreferencesTest, AFileDeclaresItsParametersInOrder) {
@@ -80,7 +79,7 @@ TEST_F(PreferencesTest, AFileDeclaresItsParametersInOrder) {
 }
 
 TEST_F(PreferencesTest, ExpressionsReadAndStoreParameters) {
-  UtilitiesInstallation utilities(*settings_, dir_);
+  wireUtilities(engineContext_.context(), *settings_, dir_);
   ASSERT_NE(findGameSystem("Testland"), nullptr);
   EXPECT_EQ(findGameSystem("Testland")->preferences.size(), 2u);
   sheet_.gameSystemName = "Testland";
@@ -99,9 +98,9 @@ TEST_F(PreferencesTest, ExpressionsReadAndStoreParameters) {
   EXPECT_EQ(settings_->getInt("zarvel", "Measure", -1), 0) << "metric";
   EXPECT_EQ(eval("configparam(\"UseMetric\")"), "int 1");
   EXPECT_EQ(eval("setconfigparam(\"PrintInheritedOptions\", 0)"), "int 1");
-  EXPECT_FALSE(itemFieldPreferences().printInheritedOptions);
+  EXPECT_FALSE(engine().preferences.printInheritedOptions);
   EXPECT_EQ(eval("setconfigparam(\"PrintInheritedOptions\", 1)"), "int 1");
-  EXPECT_TRUE(itemFieldPreferences().printInheritedOptions);
+  EXPECT_TRUE(engine().preferences.printInheritedOptions);
 
   EXPECT_EQ(eval("getsourcedir(0)"), "text " + dir_.string());
   EXPECT_EQ(eval("rolldice(\"2+3x4\")"), "text 20");

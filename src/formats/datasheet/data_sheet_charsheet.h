@@ -2,7 +2,7 @@
 // A character sheet file used as a data sheet: the items of its lists become master items of the
 // categories that the lists name.
 
-#include "formats/datasheet/data_sheet_reader.h"
+#include "formats/datasheet/data_sheet_file.h"
 #include "formats/tokens/tokenstream.h"
 
 namespace zv {

@@ -9,6 +9,7 @@
 #include <iterator>
 #include <memory>
 
+#include "core/engine_context.h"
 #include "core/game_systems.h"
 #include "core/host.h"
 #include "core/messages.h"
@@ -41,7 +42,7 @@ bool readWholeFile(const std::filesystem::path& path, std::string& bytes) {
 /// The delay of this load: the setting when it isn't 0; otherwise 1500 ms for the first data
 /// sheet of the game system in this process and 0 after; a `cdelay` of the file replaces it.
 long copyrightDelayFor(GameSystem& system, const DataSheetFile& file) {
-  long delay = dataSheetEnvironment().copyrightDelay;
+  long delay = engine().dataSheets.copyrightDelay;
   if (delay == 0) delay = system.copyrightShown() ? 0 : kFirstCopyrightDelayMs;
   system.setCopyrightShown(true);
   if (file.cdelay >= 0) delay = file.cdelay;
@@ -94,10 +95,10 @@ bool loadFile(const std::filesystem::path& fullPath, const std::string& shortNam
     LoadProgress progress;
     const bool outermost = loadDepth() == 1;
     DataSheetReadOptions options;
-    options.dataDir = dataSheetEnvironment().dataDir;
+    options.dataDir = engine().dataSheets.dataDir;
     options.onLongBlock = [&progress](const DataSheetFile& read) { progress.show(read); };
     options.pump = [outermost] {
-      if (outermost && dataSheetEnvironment().pumpMessages) host().pump();
+      if (outermost && engine().dataSheets.pumpMessages) host().pump();
     };
     const auto start = std::chrono::steady_clock::now();
     ok = readDataSheet(std::move(bytes), file, options);
@@ -129,11 +130,6 @@ bool loadFile(const std::filesystem::path& fullPath, const std::string& shortNam
 }
 
 }  // namespace
-
-DataSheetEnvironment& dataSheetEnvironment() {
-  static DataSheetEnvironment environment;
-  return environment;
-}
 
 int dataSheetLoadDepth() {
   return loadDepth();
@@ -185,7 +181,7 @@ bool ensureDataSheet(FileInfo* fileInfo, std::string_view name, bool addToFileIn
     if (!listed) fileInfo->dataFiles.emplace_back(name);
   }
   if (findLoadedDataSheet(shortName) != nullptr) return true;
-  const std::filesystem::path path = findDataFile(dataSheetEnvironment().dataDir, shortName);
+  const std::filesystem::path path = findDataFile(engine().dataSheets.dataDir, shortName);
   std::error_code error;
   if (!std::filesystem::is_regular_file(path, error)) {
     showTitled(Severity::Warning, "Data Sheet Not Found",
@@ -222,7 +218,7 @@ void reloadAllDataSheets() {
   // A data sheet that came in as another's dependency is loaded already when its turn comes.
   for (const std::string& name : names) {
     if (findLoadedDataSheet(name) != nullptr) continue;
-    loadFile(findDataFile(dataSheetEnvironment().dataDir, name), name);
+    loadFile(findDataFile(engine().dataSheets.dataDir, name), name);
   }
 }
 
@@ -261,7 +257,7 @@ int loadDefaultDataSheets(const Settings& settings) {
   int loaded = 0;
   for (const std::string& name : defaultDataSheetNames(settings)) {
     const std::string shortName = dataSheetShortName(name);
-    if (loadDataSheet(findDataFile(dataSheetEnvironment().dataDir, shortName), shortName)) ++loaded;
+    if (loadDataSheet(findDataFile(engine().dataSheets.dataDir, shortName), shortName)) ++loaded;
   }
   return loaded;
 }

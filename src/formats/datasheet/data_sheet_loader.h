@@ -19,19 +19,6 @@
 
 namespace zv {
 
-/// What the loader takes from the settings and the start-up, process-wide.
-struct DataSheetEnvironment {
-  /// `dataDir`: where data sheets are found by short name.
-  std::filesystem::path dataDir;
-  /// The setting "CopyrightDelay" in ms; 0 leaves the delay to the file.
-  long copyrightDelay = 0;
-  /// Off until the start-up is far enough for the outermost load to pump messages.
-  bool pumpMessages = false;
-};
-
-/// The environment of all loads (set by the program at start-up, by the CLI, by tests).
-DataSheetEnvironment& dataSheetEnvironment();
-
 /// The short form of a data sheet name: its last component, "/", "\" and ":" all separating.
 std::string dataSheetShortName(std::string_view name);
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "core/engine_context.h"
 #include "core/game_systems.h"
 #include "core/messages.h"
 #include "core/record_limits.h"
@@ -12,9 +13,9 @@
 #include "core/text.h"
 #include "formats/datasheet/data_sheet_charsheet.h"
 #include "formats/datasheet/data_sheet_sort.h"
-#include "formats/sheet/level_warnings.h"
 #include "formats/macro/macro_context.h"
 #include "formats/sheet/sheet_grammar.h"
+#include "formats/sheet/sheet_reader.h"
 
 namespace zv {
 
@@ -378,7 +379,7 @@ void DataSheetReader::checkLevel() {
     system.level = file_.level;
     return;
   }
-  if (!levelWarningsOn() || system.level == file_.level) return;
+  if (!engine().preferences.levelWarnings || system.level == file_.level) return;
   const char* format =
       file_.level > system.level
           ? "The level of this data sheet (%d) is greater than the level of the data sheets "

@@ -59,12 +59,12 @@ void writeDefines(SheetOut& out, const std::vector<DefineRec>& defines) {
   out.lineBreak();
 }
 
-void writeCategory(SheetOut& out, const Category& category) {
+void writeCategory(SheetOut& out, const DataSheetCategory& category) {
   out.keyword(kCat);
-  out.string(category.name.str());
+  out.string(category.name);
   if (category.sort != 0) out.keywordInt(kSort, category.sort);
   out.lineBreak();
-  for (const auto& item : category.items)
+  for (const auto& item : *category.items)
     writeItemBlock(out, *item);
   out.keyword(kEnd);
   out.lineBreak();
@@ -100,7 +100,23 @@ void writeOptionEntries(SheetOut& out, const OptionTree& level) {
 
 }  // namespace
 
+DataSheetBody dataSheetBodyOf(const GameSystem& system) {
+  DataSheetBody body;
+  body.gameSystem = system.name.str();
+  body.categories.reserve(system.categories.size());
+  for (const auto& category : system.categories)
+    body.categories.push_back({category->name.str(), category->sort, &category->items});
+  body.strings = &system.strings;
+  body.options = &system.options;
+  return body;
+}
+
 int writeDataSheet(const DataSheetFile& file, const GameSystem& system, ByteStream& output,
+                   bool binary) {
+  return writeDataSheet(file, dataSheetBodyOf(system), output, binary);
+}
+
+int writeDataSheet(const DataSheetFile& file, const DataSheetBody& body, ByteStream& output,
                    bool binary) {
   TokenStream stream;
   stream.setStream(&output);
@@ -112,7 +128,7 @@ int writeDataSheet(const DataSheetFile& file, const GameSystem& system, ByteStre
   if (binary) out.longValue(static_cast<std::int32_t>(kTokenFileMagic));
   out.string(kDataSheetFirstWord);
   out.keyword(kGamesystem);
-  out.string(system.name.str());
+  out.string(body.gameSystem);
   out.keywordText(kTitle, file.title);
   out.keywordInt(kVersion, static_cast<std::int16_t>(kFileFormatVersion));
   out.keywordInt(kLevel, file.level);
@@ -132,13 +148,13 @@ int writeDataSheet(const DataSheetFile& file, const GameSystem& system, ByteStre
   writeDefines(out, file.defines);
   out.keywordText(kHelp, file.helpFile);
   out.lineBreak();
-  for (const auto& category : system.categories)
-    writeCategory(out, *category);
-  writeStrings(out, system.strings);
-  if (!system.options.empty()) {
+  for (const DataSheetCategory& category : body.categories)
+    writeCategory(out, category);
+  if (body.strings != nullptr) writeStrings(out, *body.strings);
+  if (body.options != nullptr && !body.options->empty()) {
     out.keyword(kOptions);
     out.lineBreak();
-    writeOptionEntries(out, system.options);
+    writeOptionEntries(out, *body.options);
     out.keyword(kEnd);
     out.lineBreak();
   }

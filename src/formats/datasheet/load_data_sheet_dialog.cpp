@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "core/engine_context.h"
 #include "core/game_systems.h"
 #include "core/paths.h"
 #include "core/text.h"
@@ -32,7 +33,7 @@ void LoadDataSheetDialogModel::refresh() {
   available_.clear();
   std::error_code error;
   for (const auto& entry :
-       std::filesystem::directory_iterator(dataSheetEnvironment().dataDir, error)) {
+       std::filesystem::directory_iterator(engine().dataSheets.dataDir, error)) {
     if (!entry.is_regular_file(error)) continue;
     const std::string extension = extensionOf(entry.path());
     if (extension != ".cds" && extension != ".chr" && extension != ".mds") continue;
@@ -47,19 +48,19 @@ void LoadDataSheetDialogModel::refresh() {
 bool LoadDataSheetDialogModel::load(std::size_t availableRow) {
   if (availableRow >= available_.size()) return false;
   const std::string name = available_[availableRow];
-  const bool ok = loadDataSheet(dataSheetEnvironment().dataDir / name, name);
+  const bool ok = loadDataSheet(engine().dataSheets.dataDir / name, name);
   refresh();
   return ok;
 }
 
-bool LoadDataSheetDialogModel::unload(std::size_t loadedRow, bool reloadAtOnce) {
+bool LoadDataSheetDialogModel::unload(std::size_t loadedRow, Unload how) {
   if (loadedRow >= loaded_.size()) return false;
   const std::string name = loaded_[loadedRow];
   GameSystem* system = nullptr;
   OpenDataSheet* sheet = findLoadedDataSheet(name, &system);
   bool ok = sheet != nullptr && unloadDataSheetById(*system, sheet->id);
-  if (ok && reloadAtOnce)
-    ok = loadDataSheet(findDataFile(dataSheetEnvironment().dataDir, name), name);
+  if (ok && how == Unload::ThenLoadAgain)
+    ok = loadDataSheet(findDataFile(engine().dataSheets.dataDir, name), name);
   refresh();
   return ok;
 }

@@ -25,8 +25,10 @@ class LoadDataSheetDialogModel {
   /// Load (or a double click in Available): loads that file. On success the lists are read
   /// again, so every loaded name, dependencies too, moves from Available to Loaded.
   bool load(std::size_t availableRow);
-  /// Unload (or a double click in Loaded); with `reloadAtOnce` (Shift held) it loads again.
-  bool unload(std::size_t loadedRow, bool reloadAtOnce);
+  /// What Unload does: unload only, or (Shift held) load the data sheet again at once.
+  enum class Unload { Only, ThenLoadAgain };
+  /// Unload (or a double click in Loaded).
+  bool unload(std::size_t loadedRow, Unload how);
   /// Add default, from either list: the name joins the defaults unless it is there.
   void addDefault(const std::string& name);
   /// Remove default: returns the row to select afterwards (the same row, or the last one), or -1

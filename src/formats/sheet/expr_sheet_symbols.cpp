@@ -80,11 +80,9 @@ ExprSheetSymbols& exprSheetSymbols() {
   return binder;
 }
 
-ListTotalHook installListTotalVariables() {
-  return setListTotalHook([](ListInfo& list, double total) {
-    if (list.owner == nullptr || !list.owner->symbols || list.totalSymbol == nullptr) return;
-    setValue(*list.owner->symbols, *list.totalSymbol, Value(total));
-  });
+void storeListTotalInVariable(ListInfo& list, double total) {
+  if (list.owner == nullptr || !list.owner->symbols || list.totalSymbol == nullptr) return;
+  setValue(*list.owner->symbols, *list.totalSymbol, Value(total));
 }
 
 }  // namespace zv

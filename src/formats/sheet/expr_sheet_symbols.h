@@ -25,8 +25,8 @@ class ExprSheetSymbols : public SheetSymbolBinder {
 /// The binder that documents use; it holds no state of its own.
 ExprSheetSymbols& exprSheetSymbols();
 
-/// Makes every list total that is added up go into the list's total variable, as a number.
-/// Returns the hook that was installed before, so that it can be put back.
-ListTotalHook installListTotalVariables();
+/// Puts a list's total that was added up into the list's total variable, as a number: the
+/// engine's service `storeListTotal`.
+void storeListTotalInVariable(ListInfo& list, double total);
 
 }  // namespace zv

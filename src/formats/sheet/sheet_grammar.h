@@ -19,8 +19,8 @@
 #include "core/fixed_string.h"
 #include "core/host.h"
 #include "core/item.h"
+#include "formats/sheet/sheet_read_options.h"
 #include "formats/tokens/keywords.h"
-#include "formats/sheet/sheet_reader.h"
 #include "formats/tokens/tokenstream.h"
 
 namespace zv {

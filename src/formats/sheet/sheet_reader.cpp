@@ -3,12 +3,12 @@
 
 #include "formats/sheet/sheet_reader.h"
 
+#include "core/engine_context.h"
 #include "core/game_system.h"
 #include "core/game_systems.h"
 #include "core/messages.h"
 #include "core/record_limits.h"
 #include "core/strfmt.h"
-#include "formats/sheet/level_warnings.h"
 #include "formats/sheet/sheet_grammar.h"
 #include "formats/sheet/sheet_settle.h"
 
@@ -215,7 +215,7 @@ bool TopLevelReader::readMenuPosition() {
 }
 
 void TopLevelReader::checkLevel() {
-  if (!levelWarningsOn()) return;
+  if (!engine().preferences.levelWarnings) return;
   GameSystem& system = *sheet_.gameSystem;
   const int sheetLevel = sheet_.level;
   if (system.level == -1) {

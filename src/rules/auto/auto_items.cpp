@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "core/engine_context.h"
 #include "core/game_systems.h"
 #include "core/messages.h"
 #include "core/numbers.h"
@@ -24,16 +25,6 @@
 namespace zv {
 
 namespace {
-
-AutoDataSheetLoader& installedLoader() {
-  static AutoDataSheetLoader loader;
-  return loader;
-}
-
-AutoSelectionFilter& installedFilter() {
-  static AutoSelectionFilter filter;
-  return filter;
-}
 
 /// Appends `tail` to `text` behind a ";" (nothing for an empty tail).
 void appendPart(std::string& text, const std::string& tail) {
@@ -213,24 +204,14 @@ std::string chooseCountText(int minimum, int maximum) {
   return strprintf("%sClick an item in the list to choose it.", count);
 }
 
-AutoDataSheetLoader setAutoDataSheetLoader(AutoDataSheetLoader loader) {
-  AutoDataSheetLoader previous = std::move(installedLoader());
-  installedLoader() = std::move(loader);
-  return previous;
-}
-
-AutoSelectionFilter setAutoSelectionFilter(AutoSelectionFilter filter) {
-  AutoSelectionFilter previous = std::move(installedFilter());
-  installedFilter() = std::move(filter);
-  return previous;
-}
-
 bool autoLoadDataSheet(FileInfo& sheet, std::string_view name) {
-  return !installedLoader() || installedLoader()(sheet, name);
+  const auto& load = engine().services.loadDataSheet;
+  return !load || load(sheet, name);
 }
 
 bool autoSelectionAllows(FileInfo& sheet, const Item& master) {
-  return !installedFilter() || installedFilter()(sheet, master);
+  const auto& offerable = engine().services.offerable;
+  return !offerable || offerable(sheet, master);
 }
 
 bool applyPendingOption(FileInfo& sheet, Item& item, const PendingOption& pending, bool raising) {

@@ -9,7 +9,6 @@
 // options, charging, conditions) or ask the user (?choose, ?setval, ?seloptval, ?itemref). Each
 // item added is tied to the parent by the parent's autoID.
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -71,15 +70,5 @@ std::string chooseCountText(int minimum, int maximum);
 /// before stay). A question the user cancelled ends the run with `cancelled` set and no message.
 int runAutoItems(FileInfo& sheet, ListInfo& list, Item& parent, Item* container,
                  std::string_view text, AddChain& chain, bool& cancelled);
-
-/// Loads a data sheet for ?datasheet; the file formats layer installs it. False after its message.
-using AutoDataSheetLoader = std::function<bool(FileInfo& sheet, std::string_view name)>;
-/// Installs the loader and returns the previous one. Without one ?datasheet does nothing.
-AutoDataSheetLoader setAutoDataSheetLoader(AutoDataSheetLoader loader);
-
-/// Whether a master item may be offered by a ?choose pattern; the selection rules install it.
-using AutoSelectionFilter = std::function<bool(FileInfo& sheet, const Item& master)>;
-/// Installs the filter and returns the previous one. Without one every item passes.
-AutoSelectionFilter setAutoSelectionFilter(AutoSelectionFilter filter);
 
 }  // namespace zv

@@ -130,9 +130,9 @@ class AutoRun {
   AutoStep applyAutoItem(std::unique_ptr<Item> copy);
 };
 
-/// Loads a data sheet through the installed loader (true without one).
+/// Loads a data sheet through the engine context's loader (true without one).
 bool autoLoadDataSheet(FileInfo& sheet, std::string_view name);
-/// Whether the installed selection filter lets a master item be offered (true without one).
+/// Whether the engine context lets a master item be offered (true without a filter).
 bool autoSelectionAllows(FileInfo& sheet, const Item& master);
 
 /// Attaches a pending option to an item: the item's own option of that name (unless `dup`), or a

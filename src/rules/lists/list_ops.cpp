@@ -3,22 +3,22 @@
 #include <algorithm>
 #include <unordered_map>
 
+#include "core/engine_context.h"
 #include "core/list_total.h"
 #include "core/messages.h"
 #include "core/strfmt.h"
 #include "core/text.h"
 #include "expr/symbols.h"
-#include "rules/value/adjustment.h"
 #include "rules/auto/auto_items.h"
+#include "rules/lists/list_undo.h"
+#include "rules/lists/visible_rows.h"
+#include "rules/value/adjustment.h"
 #include "rules/value/categories.h"
 #include "rules/value/change_batch.h"
 #include "rules/value/cost.h"
 #include "rules/value/defaults.h"
 #include "rules/value/level.h"
-#include "rules/lists/list_undo.h"
 #include "rules/value/multipliers.h"
-#include "rules/value/sheet_view.h"
-#include "rules/lists/visible_rows.h"
 
 namespace zv {
 
@@ -483,7 +483,7 @@ int moveElement(FileInfo& sheet, ListInfo& list, Item& item, int direction) {
   std::swap((*slot.chain)[index], (*slot.chain)[other]);
   renumberPositions(*slot.chain);
   setChanged(sheet, true);
-  if (sheetViewHooks().listChanged) sheetViewHooks().listChanged(list);
+  if (engine().views.listChanged) engine().views.listChanged(list);
   return rowOfItem(list, &item);
 }
 

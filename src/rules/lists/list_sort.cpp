@@ -2,10 +2,10 @@
 
 #include <utility>
 
+#include "core/engine_context.h"
 #include "core/list_total.h"
 #include "core/text.h"
 #include "core/value.h"
-#include "rules/value/sheet_view.h"
 
 namespace zv {
 
@@ -89,7 +89,7 @@ void sortChain(FileInfo& sheet, ListInfo& list, const Item* caret, const SortSet
     closeWithMembers(*item);
   sortMembers(chain, settings);
   setChanged(sheet, true);
-  if (sheetViewHooks().listChanged) sheetViewHooks().listChanged(list);
+  if (engine().views.listChanged) engine().views.listChanged(list);
 }
 
 }  // namespace zv

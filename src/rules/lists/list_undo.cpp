@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
+#include "core/engine_context.h"
 #include "core/list_total.h"
 #include "core/messages.h"
 #include "core/strfmt.h"
 #include "core/text.h"
-#include "rules/value/change_batch.h"
-#include "rules/value/sheet_view.h"
 #include "rules/lists/visible_rows.h"
+#include "rules/value/change_batch.h"
 
 namespace zv {
 
@@ -22,8 +22,8 @@ ListInfo* listNamed(FileInfo& sheet, const std::string& name) {
 
 /// Selects the rows of the items reinserted into a list, from the first to the last shown.
 void selectReinserted(ListInfo& list, const std::vector<Item*>& items) {
-  const SheetViewHooks& hooks = sheetViewHooks();
-  if (!hooks.selectRows) return;
+  const SheetViews& views = engine().views;
+  if (!views.selectRows) return;
   const std::vector<Item*> rows = visibleRows(list);
   int first = -1;
   int last = -1;
@@ -32,11 +32,11 @@ void selectReinserted(ListInfo& list, const std::vector<Item*>& items) {
     if (first < 0) first = static_cast<int>(row);
     last = static_cast<int>(row);
   }
-  if (first >= 0) hooks.selectRows(list, first, last);
+  if (first >= 0) views.selectRows(list, first, last);
 }
 
 void showList(ListInfo& list) {
-  if (sheetViewHooks().showList) sheetViewHooks().showList(list);
+  if (engine().views.showList) engine().views.showList(list);
 }
 
 /// Whether an element still stands somewhere in the list (compared by address only).

@@ -1,18 +1,13 @@
 #include "rules/requirements/prereq_dialog.h"
 
+#include "core/engine_context.h"
 #include "core/messages.h"
-#include "rules/value/level.h"
-#include "rules/value/preferences.h"
 #include "rules/requirements/prereq_satisfy.h"
+#include "rules/value/level.h"
 
 namespace zv {
 
 namespace {
-
-RequirementsDialogRunner& installedRunner() {
-  static RequirementsDialogRunner runner;
-  return runner;
-}
 
 std::string& currentItemUnderTest() {
   static std::string name;
@@ -74,8 +69,8 @@ void RequirementsDialog::refresh() {
 }
 
 std::string RequirementsDialog::note() const {
-  return rulePreferences().disallowIfNotSatisfied ? std::string(kCheckedWhenFirstAddedNote)
-                                                  : std::string();
+  return engine().preferences.disallowIfNotSatisfied ? std::string(kCheckedWhenFirstAddedNote)
+                                                     : std::string();
 }
 
 bool RequirementsDialog::satisfied() const {
@@ -93,7 +88,7 @@ int RequirementsDialog::satisfy(const PlaceItem& place) {
 }
 
 bool RequirementsDialog::accept() const {
-  return satisfied() || !adding_ || !rulePreferences().disallowIfNotSatisfied;
+  return satisfied() || !adding_ || !engine().preferences.disallowIfNotSatisfied;
 }
 
 std::string RequirementsDialog::rowsText() const {
@@ -106,15 +101,9 @@ std::string RequirementsDialog::rowsText() const {
   return out;
 }
 
-RequirementsDialogRunner setRequirementsDialogRunner(RequirementsDialogRunner runner) {
-  RequirementsDialogRunner previous = std::move(installedRunner());
-  installedRunner() = std::move(runner);
-  return previous;
-}
-
 bool runRequirementsDialog(RequirementsDialog& dialog, const PlaceItem& place) {
-  const PrereqDialogAnswer answer =
-      installedRunner() ? installedRunner()(dialog, place) : askHost(dialog, place);
+  const auto& run = engine().dialogs.runRequirementsDialog;
+  const PrereqDialogAnswer answer = run ? run(dialog, place) : askHost(dialog, place);
   return answer == PrereqDialogAnswer::Ok && dialog.accept();
 }
 

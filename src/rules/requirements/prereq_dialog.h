@@ -71,16 +71,9 @@ class RequirementsDialog {
   bool readable_ = true;
 };
 
-/// Runs the dialog until OK or Cancel; Satisfy is run by the dialog's own code and the dialog
-/// goes on. The desktop program installs its window.
-using RequirementsDialogRunner =
-    std::function<PrereqDialogAnswer(RequirementsDialog& dialog, const PlaceItem& place)>;
-/// Installs the runner and returns the previous one (empty: the host's choice).
-RequirementsDialogRunner setRequirementsDialogRunner(RequirementsDialogRunner runner);
-
-/// Runs the installed dialog, or else a choice of the host titled by the item's name whose
-/// prompt is the rows and the note, with the choices "OK", "Satisfy" and "Cancel" (OK by
-/// default). True when the dialog closed by OK and accept() agreed.
+/// Runs the desktop program's dialog of the engine context, or else a choice of the host titled by
+/// the item's name whose prompt is the rows and the note, with the choices "OK", "Satisfy" and
+/// "Cancel" (OK by default). True when the dialog closed by OK and accept() agreed.
 bool runRequirementsDialog(RequirementsDialog& dialog, const PlaceItem& place);
 
 /// The name of the item whose requirements are under test while an item is taken; "" otherwise.

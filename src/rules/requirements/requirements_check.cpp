@@ -36,8 +36,4 @@ std::optional<BadValue> unmetRequirementsAfterChange(FileInfo& sheet, Item& chan
   return BadValue{title, text};
 }
 
-void installRequirementsCheck() {
-  setRequirementsCheck(unmetRequirementsAfterChange);
-}
-
 }  // namespace zv

@@ -1,7 +1,8 @@
 #pragma once
 // The requirements of a sheet joined to every level change: after an edit, with the preference
 // CheckReq, the items whose requirements no longer hold are named, and the refused-value
-// preferences decide whether the change stands (rules/edit.h).
+// preferences decide whether the change stands (rules/value/edit.h). The engine context's
+// service checkRequirements is this function.
 
 #include <optional>
 
@@ -14,8 +15,5 @@ namespace zv {
 /// item has any); else a box titled by the changed item's list with the count line ("1 item with
 /// unsatisfied requirements") and a line "list: item" for each.
 std::optional<BadValue> unmetRequirementsAfterChange(FileInfo& sheet, Item& changed);
-
-/// Installs unmetRequirementsAfterChange as the requirements check of level changes.
-void installRequirementsCheck();
 
 }  // namespace zv

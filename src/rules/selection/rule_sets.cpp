@@ -1,10 +1,10 @@
 #include "rules/selection/rule_sets.h"
 
+#include "core/engine_context.h"
 #include "core/game_system.h"
 #include "core/text.h"
 #include "expr/item_fields.h"
 #include "expr/symbols.h"
-#include "rules/value/preferences.h"
 
 namespace zv {
 
@@ -71,7 +71,7 @@ RuleSetContext activeRules(RuleLibrary& library, FileInfo& sheet, std::string_vi
     for (const auto& rule : file->rules)
       rule->active = false;
   }
-  if (!rulePreferences().applyRules) return context;
+  if (!engine().preferences.applyRules) return context;
 
   const RuleResolver resolve = [&](std::string_view reference, const Rule& from) {
     return library.resolve(gameSystem, reference, library.fileOf(from));

@@ -1,11 +1,11 @@
 #include "rules/selection/take_item.h"
 
+#include "core/engine_context.h"
 #include "core/list_total.h"
 #include "core/messages.h"
 #include "core/strfmt.h"
 #include "core/text.h"
 #include "expr/compiler.h"
-#include "rules/value/preferences.h"
 #include "rules/requirements/prereq_dialog.h"
 
 namespace zv {
@@ -26,7 +26,7 @@ TakeResult requirementsAllow(ItemSelection& selection, Item& probe, const PlaceI
   if (prereqSatisfied(sheet, &list, probe, PrereqMode{true, true}, probe.prereq)) {
     return TakeResult::Taken;
   }
-  if (rulePreferences().noBadValueDlg) {
+  if (engine().preferences.noBadValueDlg) {
     host().beep();
     return TakeResult::Refused;
   }
@@ -68,7 +68,7 @@ TakeOutcome takeItem(ItemSelection& selection, std::size_t row, const PlaceItem&
   copy->owner = &sheet;
   copy->list = &list;
   if (!master->isSublist() && !master->noPrereq() && !options.listNoRequirements &&
-      rulePreferences().checkReq) {
+      engine().preferences.checkReq) {
     const TakeResult verdict = requirementsAllow(selection, *copy, place);
     if (verdict != TakeResult::Taken) {
       outcome.result = verdict;

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "core/engine_context.h"
 #include "core/list_total.h"
 #include "rules/value/defaults.h"
 #include "rules/value/level.h"
-#include "rules/value/sheet_view.h"
 
 namespace zv {
 
@@ -135,18 +135,18 @@ void ChangeBatch::settle() {
 }
 
 void ChangeBatch::notifyViews() {
-  const SheetViewHooks& hooks = sheetViewHooks();
-  if (hooks.itemChanged) {
+  const SheetViews& views = engine().views;
+  if (views.itemChanged) {
     for (Item* item : repaint_)
-      hooks.itemChanged(*item);
+      views.itemChanged(*item);
   }
-  if (hooks.listChanged) {
+  if (views.listChanged) {
     for (ListInfo* list : repaintLists_)
-      hooks.listChanged(*list);
+      views.listChanged(*list);
   }
-  if (hooks.sheetChanged) {
+  if (views.sheetChanged) {
     for (FileInfo* sheet : sheets_)
-      hooks.sheetChanged(*sheet);
+      views.sheetChanged(*sheet);
   }
 }
 

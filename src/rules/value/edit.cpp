@@ -4,6 +4,7 @@
 #include <cmath>
 #include <vector>
 
+#include "core/engine_context.h"
 #include "core/list_info.h"
 #include "core/list_total.h"
 #include "core/messages.h"
@@ -17,7 +18,6 @@
 #include "rules/value/level.h"
 #include "rules/value/multipliers.h"
 #include "rules/value/option_value.h"
-#include "rules/value/preferences.h"
 
 namespace zv {
 
@@ -25,18 +25,8 @@ namespace {
 
 constexpr std::string_view kUnacceptableTitle = "Unacceptable Value";
 
-AcceptBadValue& installedAccept() {
-  static AcceptBadValue accept;
-  return accept;
-}
-
-RequirementsCheck& installedRequirements() {
-  static RequirementsCheck check;
-  return check;
-}
-
-bool askHost(std::string_view title, std::string_view message, bool okOnly) {
-  if (okOnly) {
+bool askHost(std::string_view title, std::string_view message, BadValueBox box) {
+  if (box == BadValueBox::OkOnly) {
     showTitled(Severity::Warning, title, message);
     return false;
   }
@@ -89,41 +79,31 @@ std::optional<BadValue> problemAfterChange(FileInfo& sheet, Item& item,
   for (const FailedCheck& check : failed) {
     if (check.item != &item) return BadValue{refusalTitle(*check.item), check.message};
   }
-  if (rulePreferences().checkReq && installedRequirements()) {
-    return installedRequirements()(sheet, item);
-  }
+  const auto& check = engine().services.checkRequirements;
+  if (engine().preferences.checkReq && check) return check(sheet, item);
   return std::nullopt;
 }
 
 }  // namespace
 
-AcceptBadValue setAcceptBadValue(AcceptBadValue accept) {
-  AcceptBadValue previous = std::move(installedAccept());
-  installedAccept() = std::move(accept);
-  return previous;
-}
-
-RequirementsCheck setRequirementsCheck(RequirementsCheck check) {
-  RequirementsCheck previous = std::move(installedRequirements());
-  installedRequirements() = std::move(check);
-  return previous;
-}
-
 std::optional<BadValue> checkRequirementsOf(FileInfo& sheet, Item& item, bool always) {
-  if ((!always && !rulePreferences().checkReq) || !installedRequirements()) return std::nullopt;
-  return installedRequirements()(sheet, item);
+  const auto& check = engine().services.checkRequirements;
+  if ((!always && !engine().preferences.checkReq) || !check) return std::nullopt;
+  return check(sheet, item);
 }
 
 bool passBadValue(const BadValue& bad) {
-  const RulePreferences& preferences = rulePreferences();
+  const EnginePreferences& preferences = engine().preferences;
   if (preferences.noBadValueDlg) {
     host().beep();
     return false;
   }
-  const bool okOnly = preferences.disallowIfNotSatisfied;
-  const bool accepted = installedAccept() ? installedAccept()(bad.title, bad.message, okOnly)
-                                          : askHost(bad.title, bad.message, okOnly);
-  return accepted && !okOnly;
+  const BadValueBox box =
+      preferences.disallowIfNotSatisfied ? BadValueBox::OkOnly : BadValueBox::OkCancel;
+  const auto& accept = engine().dialogs.acceptBadValue;
+  const bool accepted =
+      accept ? accept(bad.title, bad.message, box) : askHost(bad.title, bad.message, box);
+  return accepted && box == BadValueBox::OkCancel;
 }
 
 EditResult changeItemLevel(FileInfo& sheet, Item& item, std::string_view levelText) {
@@ -139,7 +119,7 @@ EditResult changeItemLevel(FileInfo& sheet, Item& item, std::string_view levelTe
     item.setUseDefault(wasAtDefault);
     return result;
   };
-  if (rulePreferences().checkReq && !text.empty()) {
+  if (engine().preferences.checkReq && !text.empty()) {
     std::string optionMessage;
     const int verdict = checkLevel(item, text, optionMessage);
     if (verdict < 0) return giveBack(EditResult::Failed);
@@ -172,7 +152,7 @@ EditResult reassessItem(FileInfo& sheet, Item& item, const std::function<void()>
   std::vector<FailedCheck> failed;
   const bool assigned = assignLevel(sheet, item, item.level, failed);
   std::optional<BadValue> problem;
-  if (assigned && rulePreferences().checkReq && !item.useDefault() && !item.level.empty()) {
+  if (assigned && engine().preferences.checkReq && !item.useDefault() && !item.level.empty()) {
     std::string optionMessage;
     if (checkLevel(item, item.level, optionMessage) == 0) {
       problem = BadValue{refusalTitle(item), levelRefusalText(item, item.level, optionMessage)};

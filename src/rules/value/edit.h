@@ -4,7 +4,7 @@
 // every change runs the same checks, the same propagation to dependants, sublists, list totals and
 // dialog fields, and ends by marking the sheet changed.
 //
-// A refused value passes the preferences of rules/preferences.h: with NoBadValueDlg it only
+// A refused value passes the preferences of the engine context: with NoBadValueDlg it only
 // beeps; with DisallowIfNotSatisfied the box has OK only and the value is refused; otherwise
 // the user may accept it anyway (OK) or refuse it (Cancel).
 
@@ -13,6 +13,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/engine_context.h"
 #include "core/fileinfo.h"
 #include "core/item.h"
 #include "core/value.h"
@@ -26,28 +27,7 @@ enum class EditResult {
   Busy,     ///< the item is already being changed further up the call chain; nothing was done
 };
 
-/// A value that the rules refuse, with the title and text of its box.
-struct BadValue {
-  std::string title;
-  std::string message;
-};
-
-/// Asks whether a refused value may stand: `okOnly` shows the box with OK alone (and the answer
-/// is then ignored). The default asks the host. The desktop program may install its own, which
-/// remembers the messages a user accepted on one control.
-using AcceptBadValue =
-    std::function<bool(std::string_view title, std::string_view message, bool okOnly)>;
-/// Installs the question and returns the previous one (empty: the default).
-AcceptBadValue setAcceptBadValue(AcceptBadValue accept);
-
-/// The seam of the requirements: after an item's level changed, with the preference CheckReq,
-/// it names the unmet requirements of the sheet, or gives nullopt. Installed by the requirement
-/// rules; without it nothing is checked.
-using RequirementsCheck = std::function<std::optional<BadValue>(FileInfo& sheet, Item& item)>;
-/// Installs the check and returns the previous one.
-RequirementsCheck setRequirementsCheck(RequirementsCheck check);
-
-/// The installed requirements check of an item, while the preference CheckReq is on (or always,
+/// The engine's requirements check of an item, while the preference CheckReq is on (or always,
 /// with `always`): the unmet requirements, or nullopt when they are met or no check is installed.
 std::optional<BadValue> checkRequirementsOf(FileInfo& sheet, Item& item, bool always = false);
 

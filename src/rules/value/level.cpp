@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/engine_context.h"
 #include "core/list_info.h"
 #include "core/list_total.h"
 #include "core/messages.h"
@@ -18,8 +19,6 @@
 #include "rules/value/multipliers.h"
 #include "rules/value/option_refs.h"
 #include "rules/value/option_value.h"
-#include "rules/value/preferences.h"
-#include "rules/value/sheet_view.h"
 #include "rules/value/tokens.h"
 
 namespace zv {
@@ -447,7 +446,7 @@ void onCostVariableChanged(Symbol& /*symbol*/, void* owner) {
     return;
   }
   followCostVariable(item);
-  if (sheetViewHooks().itemChanged) sheetViewHooks().itemChanged(item);
+  if (engine().views.itemChanged) engine().views.itemChanged(item);
 }
 
 void followCostVariable(Item& item) {
@@ -461,7 +460,7 @@ void followCostVariable(Item& item) {
         return;
       }
     }
-  } else if (rulePreferences().checkReq && !item.level.empty() && !item.formula.empty()) {
+  } else if (engine().preferences.checkReq && !item.level.empty() && !item.formula.empty()) {
     std::string message;
     if (checkLevel(item, item.level, message) == 0) {
       if (ChangeBatch* batch = ChangeBatch::current()) {

@@ -1,5 +1,6 @@
 // add, option and addoption.
 
+#include "core/engine_context.h"
 #include "core/game_system.h"
 #include "core/list_total.h"
 #include "core/numbers.h"
@@ -10,7 +11,6 @@
 #include "rules/value/level.h"
 #include "rules/value/lookup.h"
 #include "rules/value/option_value.h"
-#include "rules/value/sheet_view.h"
 #include "script/commands/handlers.h"
 #include "script/expand/expand.h"
 #include "script/flow/calls.h"
@@ -138,7 +138,7 @@ void recalculateItem(Item& item) {
   applyItemOptions(*sheet, item);
   setItemLevel(item, item.level, true, false);
   if (item.list != nullptr) addUpList(*item.list);
-  if (sheetViewHooks().itemChanged) sheetViewHooks().itemChanged(item);
+  if (engine().views.itemChanged) engine().views.itemChanged(item);
   setChanged(*sheet, true);
 }
 

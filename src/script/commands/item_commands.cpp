@@ -1,10 +1,10 @@
 // exclude, unconverted, deleteitem and notes.
 
+#include "core/engine_context.h"
 #include "core/list_total.h"
 #include "core/strfmt.h"
 #include "core/text.h"
 #include "rules/lists/list_ops.h"
-#include "rules/value/sheet_view.h"
 #include "script/commands/handlers.h"
 #include "script/copy/unconverted.h"
 #include "script/expand/expand.h"
@@ -18,7 +18,7 @@ Flow runExclude(ScriptRun& run) {
   if (item == nullptr) return Flow::Next;
   item->setInTotal(false);
   if (item->list != nullptr) addUpList(*item->list);
-  if (sheetViewHooks().itemChanged) sheetViewHooks().itemChanged(*item);
+  if (engine().views.itemChanged) engine().views.itemChanged(*item);
   if (item->owner != nullptr) setChanged(*item->owner, true);
   return Flow::Next;
 }

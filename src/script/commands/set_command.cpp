@@ -1,5 +1,6 @@
 // set: a field of the current item or of the last item added, and the two sheet-wide switches.
 
+#include "core/engine_context.h"
 #include "core/list_total.h"
 #include "core/numbers.h"
 #include "core/strfmt.h"
@@ -7,7 +8,6 @@
 #include "expr/symbols.h"
 #include "rules/value/defaults.h"
 #include "rules/value/level.h"
-#include "rules/value/preferences.h"
 #include "script/commands/handlers.h"
 #include "script/expand/expand.h"
 #include "script/state/evaluate.h"
@@ -110,9 +110,7 @@ Flow runSet(ScriptRun& run) {
       run.destSheet->setConstCost(switchTruth(value));
       setChanged(*run.destSheet, true);
     } else {
-      RulePreferences preferences = rulePreferences();
-      preferences.checkReq = switchTruth(value);
-      setRulePreferences(preferences);
+      engine().preferences.checkReq = switchTruth(value);
     }
     return Flow::Next;
   }
