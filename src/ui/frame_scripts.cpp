@@ -41,6 +41,8 @@ void MainFrame::runScript(SheetView& view) {
     return;
   }
   scripts_.dataDir = appSettings_.sourceDirectory;
+  if (!scriptViews_) scriptViews_ = std::make_unique<ScriptViewsOfFrame>(*mdiArea_);
+  scripts_.views = scriptViews_.get();
   {
     BusyCursor busy;
     script::runScriptOnSheet(scripts_, sheet,

@@ -5,6 +5,7 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QPointer>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
@@ -18,6 +19,7 @@
 #include "rules/requirements/prereq_dialog.h"
 #include "script/state/environment.h"
 #include "ui/command_table.h"
+#include "ui/script_views.h"
 #include "ui/sheet_view.h"
 
 namespace zv::ui {
@@ -153,6 +155,7 @@ class MainFrame : public QMainWindow {
   bool settingsWritten_ = false;
   /// What the script runs of this program share: above all, that one runs at a time.
   script::ScriptEnvironment scripts_;
+  std::unique_ptr<ScriptViewsOfFrame> scriptViews_;
 };
 
 }  // namespace zv::ui

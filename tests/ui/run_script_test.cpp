@@ -9,6 +9,7 @@
 #include <fstream>
 #include <optional>
 
+#include "expr/symbols.h"
 #include "ui/command_table.h"
 #include "ui/list_panel.h"
 #include "ui/main_frame.h"
@@ -88,6 +89,28 @@ class RunScriptTest : public QObject {
                           "[Script Error] Can't find 'Jump' in list Skills.\\n\\nFile: "
                           "broken.scp, line: 4"}));
     QVERIFY(!view()->sheet().changed());
+  }
+
+  void aScriptSeesTheActiveWindowAndTheSelectedRow() {
+    const fs::path data = sheet_->folder() / "data";
+    fs::create_directories(data);
+    for (const auto& entry : fs::directory_iterator(ZV_SAMPLE_DATA_DIR)) {
+      if (entry.is_regular_file()) fs::copy_file(entry.path(), data / entry.path().filename());
+    }
+    std::ofstream(data / "where.scp", std::ios::binary)
+        << "\"Conversion script v. 1\"\r\ngamesystem Hollowmark Hollowmark\r\n"
+           "title \"Where\"\r\n$@Where = \"$+currentWindow()\";\r\n"
+           "$@Row = $+selectedIndex(Skills);\r\n";
+    sheet_->appSettings().sourceDirectory = data;
+    ListPanel* skills = sheet_->listWindow("Skills");
+    QVERIFY(skills);
+    skills->selectRows(2, 2);
+    sheet_->host().addAnswer("Where");
+    sheet_->frame().runCommand(zv::ui::kDataRunScript);
+    const zv::FileInfo& sheet = view()->sheet();
+    QCOMPARE(QString::fromStdString(zv::valueToText(sheet.symbols->findHere("Where")->value)),
+             QStringLiteral("Skills"));
+    QCOMPARE(zv::valueToText(sheet.symbols->findHere("Row")->value), std::string("3"));
   }
 
   void aCancelledChoiceRunsNothing() {
