@@ -8,6 +8,7 @@
 #include "core/text.h"
 #include "expr/symbols.h"
 #include "formats/file_recognition.h"
+#include "rules/selection/rule_library.h"
 #include "script/entry/runs.h"
 #include "script/reader/script_file.h"
 
@@ -56,6 +57,8 @@ int runScript(Context& context, const std::vector<std::string>& args) {
   }
   script::ScriptEnvironment environment;
   environment.dataDir = context.dataDir();
+  // A walk of a data list passes over what the sheet's selection rules refuse, when they are on.
+  selectionRules().scanRuleFiles(context.dataDir());
   if (args.size() == 1) {
     std::unique_ptr<FileInfo> sheet = emptySheetFor(sourceSystemOf(context, scriptName));
     return script::runScriptOnSheet(environment, *sheet, scriptName) ? 0 : 1;

@@ -5,6 +5,7 @@
 
 #include "core/numbers.h"
 #include "rules/lists/list_ops.h"
+#include "rules/selection/rule_library.h"
 #include "script_support.h"
 
 namespace zv::script {
@@ -276,6 +277,23 @@ TEST_F(ScriptCommands, NotesExcludeAndCopyCommandsOnOneSheet) {
             "[Script Error] copyList: can't find new list 'Nowhere'\\n\\nFile: t.scp, line: 1");
   expectRun("copydialog Identity;", false,
             "[Script Error] String expected for copyDialog\\n\\nFile: t.scp, line: 1");
+}
+
+TEST_F(ScriptCommands, AWalkOfADataListPassesOverWhatTheSelectionRulesRefuse) {
+  // "Lowland Wardens only" suppresses Horsemanship, Tongue (Hill) and Tongue (Drowned) among the
+  // 74 skills.
+  const std::string count =
+      "n = 0; h = 0;\nforeach (*Skills) n = n + 1; if (\"$n\" = \"Horsemanship\") h = 1; endif "
+      "endforeach";
+  expectRun(count, true);
+  EXPECT_EQ(variable("n"), "74");
+  EXPECT_EQ(variable("h"), "1");
+  selectionRules().scanRuleFiles(testing::kSampleData);
+  maren_->ruleSet = "Lowland Wardens only";
+  engineContext().preferences.applyRules = true;
+  expectRun(count, true);
+  EXPECT_EQ(variable("n"), "71");
+  EXPECT_EQ(variable("h"), "0");
 }
 
 }  // namespace

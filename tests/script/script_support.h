@@ -98,6 +98,7 @@ class ScriptTest : public ::testing::Test {
   }
   void answer(const std::string& text) { host_.addAnswer(text); }
   HeadlessHost& host() { return host_; }
+  EngineContext& engineContext() { return engineContext_.context(); }
 
   ScriptEnvironment environment;
   SubroutineList subroutines;

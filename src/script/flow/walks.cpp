@@ -5,6 +5,8 @@
 #include "core/text.h"
 #include "rules/lists/list_ops.h"
 #include "rules/lists/visible_rows.h"
+#include "rules/selection/rule_library.h"
+#include "rules/selection/rule_sets.h"
 #include "rules/value/categories.h"
 #include "script/expand/expand.h"
 #include "script/flow/dispatch.h"
@@ -39,7 +41,18 @@ struct ForeachBody {
   ScriptPosition start;
   const char* missing;
   int startLine;
+  /// The selection rules that data list elements must pass; null or empty for none.
+  const RuleSetContext* rules = nullptr;
 };
+
+/// Whether a data list element is visited: it passes the selection rules that are on. `previous`
+/// is the last element tested that isn't a sublist.
+bool passes(const ForeachBody& body, Item& element, const Item*& previous) {
+  if (body.rules == nullptr || body.rules->empty()) return true;
+  const bool ok = passesRules(*body.rules, element, previous);
+  if (!element.isSublist()) previous = &element;
+  return ok;
+}
 
 /// Makes the element the current item (and in a run on one sheet the last item added) and runs
 /// the body once.
@@ -52,7 +65,8 @@ Flow visit(ScriptRun& run, Item& element, const ForeachBody& body) {
 }
 
 /// The plain walk: each element in order, then the members of a sublist that still exists.
-Flow walkChain(ScriptRun& run, ItemChain& chain, Item* parent, const ForeachBody& body) {
+Flow walkChain(ScriptRun& run, ItemChain& chain, Item* parent, const ForeachBody& body,
+               const Item*& previous) {
   NestingGuard nesting(run);
   if (!nesting.ok()) return Flow::Stop;
   WalkFrame frame;
@@ -63,10 +77,14 @@ Flow walkChain(ScriptRun& run, ItemChain& chain, Item* parent, const ForeachBody
     Item* element = frame.next;
     frame.element = element;
     frame.next = siblingAfter(chain, element);
-    if (visit(run, *element, body) == Flow::Stop) return Flow::Stop;
+    if (passes(body, *element, previous) && visit(run, *element, body) == Flow::Stop) {
+      return Flow::Stop;
+    }
     if (frame.abandoned) break;
     if (frame.element != nullptr && element->isSublist() && !element->children.empty()) {
-      if (walkChain(run, element->children, element, body) == Flow::Stop) return Flow::Stop;
+      if (walkChain(run, element->children, element, body, previous) == Flow::Stop) {
+        return Flow::Stop;
+      }
     }
   }
   return Flow::Next;
@@ -84,6 +102,7 @@ Flow runForeach(ScriptRun& run) {
   ItemChain* chain = nullptr;
   std::vector<Item*> members;  // the category form's elements
   bool categoryForm = false;
+  RuleSetContext rules;
   if (!head.empty() && head.front() == '*') {
     std::string dataName = head.substr(1);
     std::string categoryName;
@@ -95,6 +114,8 @@ Flow runForeach(ScriptRun& run) {
     dataName = trimBlanks(dataName);
     Category* data = categoryFind(*run.sourceSheet, dataName);
     if (data == nullptr) return run.fail(strprintf("Can't find data list %s", dataName));
+    // With the selection rules on, elements that the sheet's rule sets refuse are passed over.
+    rules = activeRules(selectionRules(), *run.sourceSheet, std::string_view(data->name));
     if (categoryForm) {
       for (Item* item : data->index) {
         if (itemInCategory(*item, categoryName)) members.push_back(item);
@@ -110,7 +131,7 @@ Flow runForeach(ScriptRun& run) {
   const ForeachBody body{run.reader.position,
                          categoryForm ? "Missing endforeach (foreach started on line %d)"
                                       : "Missing endfor (foreach started on line %d)",
-                         startLine};
+                         startLine, &rules};
   if (!skipBody(run, Token::EndForeach, body.missing, startLine)) return Flow::Stop;
   const ScriptPosition afterEnd = run.reader.position;
   if ((chain != nullptr && chain->empty()) || (chain == nullptr && members.empty())) {
@@ -121,10 +142,12 @@ Flow runForeach(ScriptRun& run) {
   Option* const savedOption = run.currentOption();
   WatchedItem savedLast(run, run.lastItemAdded);
   Flow flow = Flow::Next;
+  const Item* previous = nullptr;
   if (chain != nullptr) {
-    flow = walkChain(run, *chain, nullptr, body);
+    flow = walkChain(run, *chain, nullptr, body, previous);
   } else {
     for (Item* member : members) {
+      if (!passes(body, *member, previous)) continue;
       if (visit(run, *member, body) == Flow::Stop) {
         flow = Flow::Stop;
         break;
