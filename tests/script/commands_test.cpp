@@ -65,6 +65,14 @@ TEST_F(ScriptCommands, AddUnderANewName) {
   EXPECT_EQ(sea->formula, "x*2");
 }
 
+TEST_F(ScriptCommands, AValueOfAnItemWithoutCostFormulaOrVariableIsItsFixedValue) {
+  expectRun("add \"Traits.Marsh-born\" = 3;", true);
+  Item* marsh = findListByName(*maren_, "Traits")->items.back().get();
+  EXPECT_EQ(marsh->level, "");
+  EXPECT_EQ(valueToText(marsh->value), "3");
+  EXPECT_EQ(marsh->totalCost, 4);
+}
+
 TEST_F(ScriptCommands, AnUnknownItemAsksAndOkMakesAnEmptyItem) {
   answer("OK");
   expectRun("add Skills.Jump;\nx = 1;", true,

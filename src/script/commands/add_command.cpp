@@ -136,7 +136,9 @@ void recalculateItem(Item& item) {
   FileInfo* sheet = item.owner;
   if (sheet == nullptr) return;
   applyItemOptions(*sheet, item);
-  setItemLevel(item, item.level, true, false);
+  // An item with no level text, cost formula or variable keeps the fixed value it was given.
+  const bool fixedValue = item.level.empty() && item.formula.empty() && item.varName.empty();
+  if (!fixedValue) setItemLevel(item, item.level, true, false);
   if (item.list != nullptr) addUpList(*item.list);
   if (engine().views.itemChanged) engine().views.itemChanged(item);
   setChanged(*sheet, true);
@@ -185,6 +187,7 @@ Flow runAdd(ScriptRun& run) {
                   std::string_view(list->name), static_cast<int>(list->maxItems)));
   }
   std::optional<std::string> valueText;
+  Value given;
   if (found == '=') {
     std::string expression;
     if (!run.reader.scanToDelimiter(";", expression, found, kValueCapacity)) return Flow::Stop;
@@ -195,6 +198,7 @@ Flow runAdd(ScriptRun& run) {
       return Flow::Stop;
     }
     valueText = valueToText(value);
+    given = value;
   }
 
   std::unique_ptr<Item> copy;
@@ -218,6 +222,7 @@ Flow runAdd(ScriptRun& run) {
     std::optional<std::string> translated = throughLookup(run, *copy, *valueText);
     if (!translated) return Flow::Stop;
     valueText = std::move(translated);
+    given = Value(*valueText);
   }
   Item* parent = run.currentSublistParent;
   if (parent != nullptr && parent->list != list) parent = nullptr;
@@ -236,7 +241,7 @@ Flow runAdd(ScriptRun& run) {
   } else if (item.formula.empty() && item.varName.empty() && !item.isSublist()) {
     // An item with no price by level and no variable holds the value itself.
     item.level.clear();
-    item.value = Value(*valueText);
+    item.value = given;
   } else {
     setItemLevel(item, *valueText, true, false);
     snapLevel(item);
