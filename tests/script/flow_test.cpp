@@ -287,6 +287,57 @@ FLOW_CASE(AnErrorInAnUntakenBranchIsStillFound,
            {},
            false})
 
+TEST_F(ScriptFlow, EachStatementsMessagesWhereTheirConditionsPickThem) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"sub (a) { }", "Expected subroutine name"},
+      {"sub f(a, 2) { }", "Illegal parameter name: parameter 2"},
+      {"sub f(a b) { }", "Expected comma after parameter 1"},
+      {"sub f(a) x = 1;", "Expected { for subroutine definition."},
+      {"sub f(a) { x = 1;", "Missing } at end of subroutine definition"},
+      {"sub f(a) { }\ncall f;", "Missing parameters in call to f."},
+      {"call 'f'(1);", "Expected subroutine name"},
+      {"call g(1);", "Subroutine g undefined."},
+      {"call (1);", "Expected subroutine name"},
+      {"sub f(a) { }\ncall f(;", "Missing ) in subroutine call."},
+      {"sub f(a) { }\ncall f(1 +);", "Error in argument expression: 1 +"},
+      {"sub f() { return 1 +; }\ncall f();", "Error in return expression: 1 +"},
+      {"if (1 +) endif", "Error in if expression: 1 +"},
+      {"for (i = 1 +; i; ) endfor", "Unable to initialize i to 1 +"},
+      {"for (= 1; 1; ) endfor", "Expected variable name in for assignment"},
+      {"for (i = 0; i +; ) endfor", "Unable to evaluate control expression: i +"},
+      {"for (i = 0; i < 2; i = i +) endfor", "Unable to evaluate increment expression: i +"},
+      {"while (1 +) endwhile", "Unable to evaluate control expression: 1 +"},
+      {"switch (1 +) endswitch", "Unable to evaluate switch expression: 1 +"},
+      {"switch (1) 2 + ~ end endswitch", "Unable to evaluate switch case: 2 +"},
+      {"switch (1) default end endswitch", "Missing ~ after switch default"},
+      {"local x, y;", "Local definitions may not appear outside subroutines."},
+      {"sub f() { local a = 1; local a = 2; }\ncall f();",
+       "Local variable named a already exists."},
+      {"if 1 endif", "Missing '('"},
+      {"if (1\n) endif", "Missing ')' on if/for"},
+      {"foreach (Nothing) endforeach", "Can't find list window Nothing"},
+      {"foreach (*Nothing) endforeach", "Can't find data list Nothing"},
+      {"item (Nothing, 1) enditem", "Can't find list window Nothing"},
+      {"x = \"a\";\nitem (Nothing", "Missing ')' on if/for"},
+      {"}", "Unknown command: }"},
+      {"include \"x;", "Premature end found scanning for statement end"},
+      {"fail \"unended;", "Premature end found scanning for statement end"},
+  };
+  for (const auto& [body, message] : cases) {
+    SCOPED_TRACE(body);
+    freshRun();
+    EXPECT_FALSE(run(body));
+    const std::string line = firstLine();
+    EXPECT_EQ(line.substr(0, line.find("\\n\\nFile:")), std::string("[Script Error] ") + message);
+  }
+}
+
+TEST_F(ScriptFlow, AScriptErrorIsCutTo511Bytes) {
+  EXPECT_FALSE(run("call " + std::string(600, 'g') + "(1);"));
+  EXPECT_EQ(firstLine().size(), std::string("[Script Error] ").size() + 511);
+  EXPECT_EQ(firstLine().substr(0, 26), "[Script Error] Subroutine ");
+}
+
 TEST_F(ScriptFlow, ContextSwitchesWhereVariablesAreDefined) {
   ASSERT_TRUE(run("context (destination) sheetvar = 7; endcontext\nscriptvar = 8;")) << lines();
   EXPECT_EQ(valueToText(blankSheet().symbols->findHere("sheetvar")->value), "7");

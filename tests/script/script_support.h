@@ -72,6 +72,13 @@ class ScriptTest : public ::testing::Test {
   }
   bool run(const std::string& body) { return run(blankSheet(), body); }
 
+  /// Forgets the context and subroutines that menu runs keep, as for a script of its own.
+  void freshRun() {
+    subroutines.clear();
+    context_.reset();
+    host_.clearTranscript();
+  }
+
   /// Writes a file into the run's data directory.
   void writeFile(const std::string& name, const std::string& text) {
     std::ofstream(dataDir_ / name, std::ios::binary) << text;

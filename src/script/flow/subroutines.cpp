@@ -126,7 +126,7 @@ Flow runSub(ScriptRun& run) {
   ScriptReader& reader = run.reader;
   ReadToken token;
   if (!reader.readToken(token)) return Flow::Stop;
-  if (!token.is(Token::Plain)) return run.fail("Expected subroutine name");
+  if (!token.is(Token::Plain) || token.quote != 0) return run.fail("Expected subroutine name");
   const std::string name = token.text;
   if (run.findSubroutine(name) != nullptr) {
     return run.fail(strprintf("Subroutine %s redefined", name));
@@ -171,7 +171,7 @@ Flow runCall(ScriptRun& run) {
   ScriptReader& reader = run.reader;
   ReadToken token;
   if (!reader.readToken(token)) return Flow::Stop;
-  if (!token.is(Token::Plain)) return run.fail("Expected subroutine name");
+  if (!token.is(Token::Plain) || token.quote != 0) return run.fail("Expected subroutine name");
   Subroutine* subroutine = run.findSubroutine(token.text);
   if (subroutine == nullptr) return run.fail(strprintf("Subroutine %s undefined.", token.text));
   if (subroutine->active) {
