@@ -3,6 +3,7 @@
 #include <variant>
 
 #include "core/numbers.h"
+#include "core/paths.h"
 #include "core/strfmt.h"
 #include "core/text.h"
 
@@ -105,7 +106,7 @@ AppSettings AppSettings::load(const Settings& settings, const fs::path& programD
                    },
                    [&](fs::path AppSettings::*m) {
                      std::string text = settings.getString(section, key, defaultText);
-                     app.*m = text.empty() ? programDir : fs::path(text);
+                     app.*m = text.empty() ? defaultDataDirectory(programDir) : fs::path(text);
                    },
                },
                field.member);

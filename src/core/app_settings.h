@@ -23,7 +23,7 @@ inline constexpr long kDefaultDialogColor = 0xC0C0C0;
 
 struct AppSettings {
   // Section "zarvel".
-  std::filesystem::path sourceDirectory;  ///< "Source Directory": dataDir; the program's by default
+  std::filesystem::path sourceDirectory;  ///< "Source Directory": dataDir (defaultDataDirectory)
   std::optional<WindowRect> screenPos;    ///< frame rectangle, unclamped; none when empty
   std::optional<WindowRect> selectItemDlgRect;  ///< the selection dialog's rectangle
   std::string gameSystem;                       ///< game system of the last sheet opened

@@ -33,4 +33,20 @@ CommandLine parseCommandLine(const std::vector<std::string>& words) {
   return parseCommandLine(joined);
 }
 
+std::vector<CommandLine> splitCommandLine(const std::vector<std::string>& words,
+                                          const std::function<bool(const std::string&)>& exists) {
+  if (words.empty()) return {};
+  const CommandLine whole = parseCommandLine(words);
+  if (whole.path.empty() || exists(whole.path)) return {whole};
+  std::vector<CommandLine> files;
+  // The words of the path: all of them, or those after a leading "/p".
+  const std::size_t first = whole.printAndExit ? 1 : 0;
+  for (std::size_t i = first; i < words.size(); ++i) {
+    if (words[i].empty()) continue;
+    files.push_back({whole.printAndExit, words[i]});
+  }
+  if (files.empty()) return {whole};
+  return files;
+}
+
 }  // namespace zv

@@ -113,4 +113,18 @@ ConversationRequest parseConversation(std::string_view text) {
   return request;
 }
 
+std::optional<std::string> formatConversation(const std::vector<ConversationCommand>& commands) {
+  std::string text;
+  for (const ConversationCommand& command : commands) {
+    text += '[' + command.name + '(';
+    for (std::size_t i = 0; i < command.arguments.size(); ++i) {
+      if (command.arguments[i].find('"') != std::string::npos) return std::nullopt;
+      if (i > 0) text += ',';
+      text += '"' + command.arguments[i] + '"';
+    }
+    text += ")]";
+  }
+  return text;
+}
+
 }  // namespace zv

@@ -97,4 +97,11 @@ std::string extensionOf(const fs::path& path) {
   return toLower(std::string_view(name).substr(dot));
 }
 
+std::filesystem::path defaultDataDirectory(const std::filesystem::path& programDir) {
+  const std::filesystem::path installed = programDir.parent_path() / "share" / "zarvelin" / "data";
+  std::error_code error;
+  if (std::filesystem::is_directory(installed, error)) return installed;
+  return programDir;
+}
+
 }  // namespace zv

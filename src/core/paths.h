@@ -22,6 +22,11 @@ std::string toNativeSeparators(std::string_view name);
 std::filesystem::path findDataFile(const std::filesystem::path& dataDir,
                                    std::string_view shortName);
 
+/// Where game system data live when the setting "Source Directory" is empty: the
+/// `share/zarvelin/data` of an installed program (beside its `bin` folder) when there is one,
+/// else the program's own directory.
+std::filesystem::path defaultDataDirectory(const std::filesystem::path& programDir);
+
 /// dataDir/"temp", created when missing.
 std::filesystem::path temporaryDirectory(const std::filesystem::path& dataDir);
 

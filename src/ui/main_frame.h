@@ -12,6 +12,7 @@
 
 #include "core/app_settings.h"
 #include "core/command_line.h"
+#include "core/conversation.h"
 #include "core/engine_context.h"
 #include "core/recent_files.h"
 #include "core/settings.h"
@@ -55,6 +56,11 @@ class MainFrame : public QMainWindow {
   /// itself afterwards. `startedByHandOver` tells that the system started this process for a file
   /// this program handed to it.
   void openCommandLine(const CommandLine& commandLine, bool startedByHandOver = false);
+  /// Runs the commands another process sent (a second start handing over its files): FileOpen
+  /// opens a file as the command line does, FilePrint prints the active document,
+  /// EditFilterCopy copies it through a filter, FileExit closes the program, FileClose the
+  /// active document. The frame comes forward first.
+  void runConversation(const ConversationRequest& request);
 
   /// A new sheet (fileType 1) or template (2) from a template of the data directory, in its
   /// windows; null after a message.

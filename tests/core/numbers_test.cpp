@@ -15,21 +15,11 @@ struct DisplayCase {
 
 TEST(FormatFloat, DisplayForms) {
   const DisplayCase cases[] = {
-      {0.0, true, "0"},
-      {2.5, true, "2\xBD"},
-      {2.5, false, "2.5"},
-      {0.25, true, "\xBC"},
-      {0.25, false, "0.25"},
-      {-2.5, true, "-2\xBD"},
-      {3.75, true, "3\xBE"},
-      {-0.5, true, "-\xBD"},
-      {1234567.0, true, "1234567"},
-      {0.1, true, "0.1"},
-      {2.125, true, "2.125"},
-      {1.0 / 3.0, false, "0.3333333"},
-      {-7.0, false, "-7"},
-      {2.99999999999, false, "3"},
-      {12345678.125, false, "12345678.125"},
+      {0.0, true, "0"},      {2.5, true, "2\xBD"},        {2.5, false, "2.5"},
+      {0.25, true, "\xBC"},  {0.25, false, "0.25"},       {-2.5, true, "-2\xBD"},
+      {3.75, true, "3\xBE"}, {-0.5, true, "-\xBD"},       {1234567.0, true, "1234567"},
+      {0.1, true, "0.1"},    {2.125, true, "2.125"},      {1.0 / 3.0, false, "0.3333333"},
+      {-7.0, false, "-7"},   {2.99999999999, false, "3"}, {12345678.125, false, "12345678.125"},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(formatFloat(c.value, c.fractions), c.expected) << c.value << " " << c.fractions;
@@ -67,8 +57,8 @@ TEST(ParseReal, AcceptsGlyphsAndLeadingNumbers) {
   HeadlessHost quiet(nullptr);
   HostInstallation installed(quiet);
   const std::pair<const char*, double> cases[] = {
-      {"2\xBD", 2.5}, {"1\xBC", 1.25}, {"\xBE", 0.75}, {"-3\xBD", -3.5}, {"1 2\xBC", 12.25},
-      {"12abc", 12.0}, {"abc", 0.0},   {"-4.5e2x", -450.0}, {"+.5", 0.5}, {"", 0.0},
+      {"2\xBD", 2.5},  {"1\xBC", 1.25}, {"\xBE", 0.75},      {"-3\xBD", -3.5}, {"1 2\xBC", 12.25},
+      {"12abc", 12.0}, {"abc", 0.0},    {"-4.5e2x", -450.0}, {"+.5", 0.5},     {"", 0.0},
   };
   for (const auto& [text, expected] : cases) {
     EXPECT_DOUBLE_EQ(parseReal(text), expected) << text;

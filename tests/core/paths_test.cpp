@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include "core/scratch_dir.h"
 
 namespace zv {
@@ -51,6 +53,21 @@ TEST(Paths, TemporaryDirectoryIsMadeOnDemand) {
   EXPECT_EQ(temp, dir / "temp");
   EXPECT_TRUE(fs::is_directory(temp));
   EXPECT_EQ(temporaryDirectory(dir.path()), temp);  // again: already there
+}
+
+TEST(Paths, DefaultDataDirectoryOfAnInstalledProgramIsItsSharedData) {
+  ScratchDir dir;
+  const std::filesystem::path bin = dir.path() / "usr" / "bin";
+  std::filesystem::create_directories(bin);
+  // A program in a build tree (no share/ beside its folder) keeps its own directory.
+  EXPECT_EQ(defaultDataDirectory(bin), bin);
+  // A file of that name is not the data folder.
+  std::filesystem::create_directories(dir.path() / "usr" / "share" / "zarvelin");
+  std::ofstream(dir.path() / "usr" / "share" / "zarvelin" / "data") << "not a folder";
+  EXPECT_EQ(defaultDataDirectory(bin), bin);
+  std::filesystem::remove(dir.path() / "usr" / "share" / "zarvelin" / "data");
+  std::filesystem::create_directories(dir.path() / "usr" / "share" / "zarvelin" / "data");
+  EXPECT_EQ(defaultDataDirectory(bin), dir.path() / "usr" / "share" / "zarvelin" / "data");
 }
 
 TEST(Paths, ShortNamesAndExtensions) {

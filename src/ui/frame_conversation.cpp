@@ -1,0 +1,44 @@
+// The commands that another process sends the running program (a second start handing over its
+// files): each acts as the command of the same name does in the program.
+
+#include <QMdiSubWindow>
+#include <filesystem>
+
+#include "core/text.h"
+#include "ui/command_table.h"
+#include "ui/main_frame.h"
+
+namespace zv::ui {
+
+namespace {
+
+/// The Print command of the File menu, and Edit > Copy Through Filter.
+constexpr int kFilePrintCommand = 1056;
+constexpr int kEditFilterCopyCommand = 1085;
+
+}  // namespace
+
+void MainFrame::runConversation(const ConversationRequest& request) {
+  // The program comes forward, as a file opened from the desktop is expected to.
+  if (isMinimized()) showNormal();
+  raise();
+  activateWindow();
+  for (const ConversationCommand& command : request.commands) {
+    const std::string& name = command.name;
+    if (equalsIgnoringCase(name, "FileOpen")) {
+      CommandLine open;
+      open.path = command.arguments.front();
+      openCommandLine(open);
+    } else if (equalsIgnoringCase(name, "FilePrint")) {
+      runCommand(kFilePrintCommand);
+    } else if (equalsIgnoringCase(name, "EditFilterCopy")) {
+      runCommand(kEditFilterCopyCommand);
+    } else if (equalsIgnoringCase(name, "FileExit")) {
+      QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
+    } else if (equalsIgnoringCase(name, "FileClose")) {
+      runCommand(kFileClose);
+    }
+  }
+}
+
+}  // namespace zv::ui
