@@ -23,6 +23,7 @@ constexpr CommandEntry kCommands[] = {
     {"delete", runDelete},     {"offer", runOffer},     {"requirements", runRequirements},
     {"print", runPrint},
     {"filter", runFilter},
+    {"script", runScript},
 };
 
 /// Takes the global options from the front of `args`; false on a bad option.
@@ -129,6 +130,14 @@ std::string helpText() {
          "                     else the first of its game system in the data directory)\n"
          "                     into a PDF with its detail pages, on A4 or US Letter by the\n"
          "                     locale, in the template's orientation; needs no display\n"
+         "  script SCRIPT [SHEET...]\n"
+         "                     run the script SCRIPT (a .scp, .cnv or .script file named\n"
+         "                     by its bare name in the data directory) on each sheet in\n"
+         "                     turn, questions answered from --answers; a sheet the run\n"
+         "                     changed is saved in place (the old file becomes its .bak)\n"
+         "                     only when the run reached the end of the script; with no\n"
+         "                     sheet it runs on an empty sheet of its game system; exit\n"
+         "                     status 0 only when every run reached the end\n"
          "  roll DICE          the die roller's result for a dice text such as 3d6+2,\n"
          "                     3:4d6, 5c100, 5p52 or 6*3d6 (blanks are ignored)\n"
          "\n"

@@ -19,7 +19,9 @@
 #include "filter/run/filter_context.h"
 #include "formats/sheet_document.h"
 #include "rules/requirements/prereq_dialog.h"
+#include "script/state/environment.h"
 #include "ui/command_table.h"
+#include "ui/script_views.h"
 #include "ui/sheet_view.h"
 
 namespace zv::ui {
@@ -123,6 +125,8 @@ class MainFrame : public QMainWindow {
   SheetViews previousViews_;
   decltype(EngineDialogs::runRequirementsDialog) previousRunner_;
   void checkRequirements(SheetView& view);
+  /// Data > Run Script...: the game system's scripts by title; the one chosen runs on the sheet.
+  void runScript(SheetView& view);
 
   /// The print commands: a sheet's through its template or filter, a data sheet's as text.
   void runPrintCommand(int command);
@@ -172,6 +176,9 @@ class MainFrame : public QMainWindow {
   /// once per program run).
   FilterContext filterContext_;
   std::unique_ptr<PrintCommands> printing_;
+  /// What the script runs of this program share: above all, that one runs at a time.
+  script::ScriptEnvironment scripts_;
+  std::unique_ptr<ScriptViewsOfFrame> scriptViews_;
 };
 
 }  // namespace zv::ui
