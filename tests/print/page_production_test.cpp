@@ -232,6 +232,30 @@ TEST_F(ProductionTest, TextEndingInLineEndsLeavesNoRestAndAnUntaggedContinuation
   EXPECT_TRUE(drawn(*out->pages[0].objects[1]).empty());
 }
 
+TEST_F(ProductionTest, ACellsFontLineActsAlikeMeasuredOrOnlyDrawn) {
+  // Each cell of a grid is a box of its own: a caption, a font line, the value. A box with a tag
+  // is measured when its page is made; one without is laid out only when drawn. Both take the
+  // font line as a directive and draw the value on one line, under the caption.
+  const char* cell = "Might\r\n@font \"Times New Roman\" 20pt b\r\n10\r\n";
+  TemplatePage& p = page("Page 1");
+  box(p, cell, nullptr, 4).logical.right = 720;  // six characters wide
+  box(p, cell, "Cell", 4).logical.right = 720;
+  auto out = produce();
+  ASSERT_TRUE(out) << lastMessage();
+  using V = std::vector<std::string>;
+  for (const TemplateObject* o : out->pages[0].objects) {
+    RecordingCanvas canvas;
+    drawObject(metrics_, canvas, &sheet_, *o, RuleLines::FromPreference, {});
+    EXPECT_EQ(canvas.texts(), (V{"Might", "10"}));
+    // "10" on the second line: the caption's line is 240 twips.
+    EXPECT_EQ(canvas.calls.back(), "text 0 240 0 '10'");
+  }
+  EXPECT_FALSE(out->pages[0].objects[1]->hasMore());
+  // The measured box ends in the run state of the 20-point font.
+  EXPECT_EQ(out->pages[0].objects[1]->runState.fontHeight, 400);
+  EXPECT_EQ(out->pages[0].objects[1]->runState.charStyle, kCharBold);
+}
+
 TEST_F(ProductionTest, IncludeFileMacrosExpandInBoxes) {
   TemplatePage& p = page("Page 1");
   box(p, "$(Realm) $$define Realm \"ignored\"\r\n", nullptr);
