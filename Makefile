@@ -3,7 +3,7 @@ SHELL := /bin/bash
 JOBS ?= 2
 FUZZ_SECONDS ?= 30
 
-.PHONY: all run test bench fuzz fuzz-build deps build-debug build-release build-fuzz format screenshot sample-data clean
+.PHONY: all run test bench fuzz fuzz-build deps build-debug build-release build-fuzz format screenshot sample-data package package-check clean
 
 all: build-release
 
@@ -49,6 +49,21 @@ sample-data: build-release
 screenshot: build-release
 	@scripts/install-deps screenshot
 	@$(SAMPLE_SHEET); scripts/screenshot build/release/bin/zarvelin docs/screenshot.png "$$PWD/$$sheet"
+
+# The Debian package of the programs, written to the repository's top as zarvelin_VERSION_ARCH.deb
+# (install it with: sudo apt-get install ./zarvelin_*.deb).
+package: deps
+	cmake --preset package >/dev/null
+	cmake --build build/package -j$(JOBS)
+	cd build/package && cpack -G DEB >/dev/null
+	cp build/package/zarvelin_*.deb .
+	@ls zarvelin_*.deb
+
+# Unpacks the package into a scratch root and checks what it installs (programs, data, manual
+# pages, menu entry, metainfo), as CI does.
+package-check: package
+	@scripts/install-deps package
+	scripts/check-package zarvelin_*.deb
 
 format:
 	git ls-files '*.cpp' '*.h' | xargs clang-format -i

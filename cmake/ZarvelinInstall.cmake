@@ -52,12 +52,12 @@ set(CPACK_PACKAGE_NAME zarvelin)
 set(CPACK_PACKAGE_VENDOR "The Zarvelin developers")
 set(CPACK_PACKAGE_CONTACT "The Zarvelin developers <developers@zarvelin.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "character sheet builder for tabletop role-playing games")
-set(CPACK_PACKAGE_DESCRIPTION
-    "Zarvelin builds characters for tabletop role-playing games. It knows no game of its own:\n"
-    "a game system is only data. Templates lay out a sheet's dialogs and lists, data sheets\n"
-    "hold the master lists of items with their cost formulas, options and requirements, and\n"
-    "an expression language keeps every total up to date. A sample game system and the\n"
-    "command-line companion zarvelin-cli are included.")
+string(CONCAT CPACK_PACKAGE_DESCRIPTION
+       "Zarvelin builds characters for tabletop role-playing games. It knows no game of its\n"
+       "own: a game system is only data. Templates lay out a sheet's dialogs and lists, data\n"
+       "sheets hold the master lists of items with their cost formulas, options and\n"
+       "requirements, and an expression language keeps every total up to date. A sample game\n"
+       "system and the command-line companion zarvelin-cli are included.")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION games)

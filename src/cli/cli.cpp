@@ -21,6 +21,7 @@ constexpr CommandEntry kCommands[] = {
     {"eval", runEval},         {"expand", runExpand},   {"load-data", runLoadData},
     {"recalc", runRecalc},     {"roll", runRoll},       {"add", runAdd},
     {"delete", runDelete},     {"offer", runOffer},     {"requirements", runRequirements},
+    {"script", runScript},
     {"filter", runFilter},
 };
 
@@ -121,6 +122,14 @@ std::string helpText() {
          "                     it added automatically, and save in place or to OUT\n"
          "  requirements SHEET each item with requirements: whether they hold, and each\n"
          "                     requirement's line marked [x] (holds) or [ ] (doesn't)\n"
+         "  script SCRIPT [SHEET...]\n"
+         "                     run the script SCRIPT (a .scp, .cnv or .script file named\n"
+         "                     by its bare name in the data directory) on each sheet in\n"
+         "                     turn, questions answered from --answers; a sheet the run\n"
+         "                     changed is saved in place (the old file becomes its .bak)\n"
+         "                     only when the run reached the end of the script; with no\n"
+         "                     sheet it runs on an empty sheet of its game system; exit\n"
+         "                     status 0 only when every run reached the end\n"
          "  roll DICE          the die roller's result for a dice text such as 3d6+2,\n"
          "                     3:4d6, 5c100, 5p52 or 6*3d6 (blanks are ignored)\n"
          "\n"

@@ -62,5 +62,6 @@ int runRecalc(Context& context, const std::vector<std::string>& args);
 int runRoll(Context& context, const std::vector<std::string>& args);
 int runOffer(Context& context, const std::vector<std::string>& args);
 int runRequirements(Context& context, const std::vector<std::string>& args);
+int runScript(Context& context, const std::vector<std::string>& args);
 
 }  // namespace zv::cli

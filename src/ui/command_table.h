@@ -51,6 +51,8 @@ inline constexpr int kToolsNotes = 1117;
 inline constexpr int kToolsMoveUp = 1118;
 inline constexpr int kToolsMoveDown = 1119;
 inline constexpr int kUtilitiesRecalculate = 1308;
+/// Data > Run Script...: a script of the game system chosen by its title, run on the sheet.
+inline constexpr int kDataRunScript = 1320;
 inline constexpr int kWindowCloseAll = 1573;
 inline constexpr int kWindowOpenAll = 1575;
 inline constexpr int kHelpAbout = 1291;

@@ -241,6 +241,9 @@ void MainFrame::runCommand(int command) {
     case kUtilitiesRecalculate:
       if (view != nullptr) view->recalculate();
       break;
+    case kDataRunScript:
+      if (view != nullptr) runScript(*view);
+      break;
     case kWindowOpenAll:
       if (view != nullptr) view->openAllWindows();
       break;
@@ -340,6 +343,11 @@ void MainFrame::rebuildDataMenu() {
     action->setData(command);
     connect(action, &QAction::triggered, this, [this, command] { runCommand(command); });
   }
+  if (!dataMenu_->isEmpty()) dataMenu_->addSeparator();
+  QAction* runScriptAction = dataMenu_->addAction(tr("Run &Script..."));
+  runScriptAction->setData(kDataRunScript);
+  runScriptAction->setObjectName("runScript");
+  connect(runScriptAction, &QAction::triggered, this, [this] { runCommand(kDataRunScript); });
 }
 
 }  // namespace zv::ui

@@ -5,6 +5,7 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QPointer>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
@@ -18,7 +19,9 @@
 #include "filter/run/filter_context.h"
 #include "formats/sheet_document.h"
 #include "rules/requirements/prereq_dialog.h"
+#include "script/state/environment.h"
 #include "ui/command_table.h"
+#include "ui/script_views.h"
 #include "ui/sheet_view.h"
 
 namespace zv::ui {
@@ -119,6 +122,8 @@ class MainFrame : public QMainWindow {
   SheetViews previousViews_;
   decltype(EngineDialogs::runRequirementsDialog) previousRunner_;
   void checkRequirements(SheetView& view);
+  /// Data > Run Script...: the game system's scripts by title; the one chosen runs on the sheet.
+  void runScript(SheetView& view);
 
   void buildMenus();
   void addMenuEntries(QMenu* menu, std::span<const MenuEntry> entries);
@@ -162,6 +167,9 @@ class MainFrame : public QMainWindow {
   /// Hand-overs to the system under way; above 0 when a file came back from the system.
   int handOverDepth_ = 0;
   bool settingsWritten_ = false;
+  /// What the script runs of this program share: above all, that one runs at a time.
+  script::ScriptEnvironment scripts_;
+  std::unique_ptr<ScriptViewsOfFrame> scriptViews_;
   /// What filter runs take from the program, kept for its whole life ("Output Suppressed" shows
   /// once per program run).
   FilterContext filterContext_;

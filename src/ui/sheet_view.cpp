@@ -231,6 +231,10 @@ bool SheetView::hasPendingEdit() const {
 void SheetView::recalculate() {
   commitPendingEdit();
   recalculateSheet(*sheet_);
+  refreshEverything();
+}
+
+void SheetView::refreshEverything() {
   for (const OpenWindow& entry : liveWindows()) {
     if (auto* dialog = qobject_cast<DialogWindow*>(entry.window->widget())) dialog->refreshFields();
   }

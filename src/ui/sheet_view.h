@@ -77,6 +77,9 @@ class SheetView : public QObject {
   void recalculate();
   /// After any change: list rows and totals, window titles.
   void refreshAfterEdit();
+  /// After a change anywhere in the sheet (a script): every dialog's fields, then as
+  /// refreshAfterEdit.
+  void refreshEverything();
   /// The window titles follow the sheet's name.
   void refreshTitles();
   /// Opens every dialog and list window, or closes every one but the main dialog.

@@ -116,7 +116,8 @@ class SheetWindowsTest : public QObject {
     QStringList texts;
     for (QAction* action : sheet_->frame().dataMenu()->actions())
       texts << (action->isSeparator() ? QString("-") : action->text());
-    QCOMPARE(texts, (QStringList{"&Hero", "&Extras", "-", "&Skills", "&Gear"}));
+    QCOMPARE(texts,
+             (QStringList{"&Hero", "&Extras", "-", "&Skills", "&Gear", "-", "Run &Script..."}));
     sheet_->frame().dataMenu()->actions().at(1)->trigger();
     DialogWindow* extras = view()->dialogWindow(1);
     QVERIFY(extras);
