@@ -7,16 +7,18 @@
 #include <memory>
 #include <string>
 
+#include "core/engine_context.h"
 #include "core/fileinfo.h"
 #include "core/headless_host.h"
 #include "filter/file/filter_loader.h"
+#include "filter/filter_wiring.h"
 #include "filter/rich/rich_writers.h"
 #include "filter/rich/rtf_reader.h"
 #include "filter/run/filter_run.h"
+#include "formats/engine_wiring.h"
 #include "formats/sheet/expr_sheet_symbols.h"
 #include "formats/sheet/sheet_reader.h"
 #include "formats/tokens/tokenstream.h"
-#include "rules/install.h"
 #include "rules/value/level.h"
 
 namespace {
@@ -80,7 +82,8 @@ constexpr const char* kFilter =
 
 struct Environment {
   Environment() : installed(host) {
-    static const bool once = (zv::installListTotalVariables(), zv::installItemRules(), true);
+    static const bool once =
+        (zv::wireEngineServices(zv::engine()), zv::wireFilterServices(zv::engine()), true);
     (void)once;
     host.setFixedTime(zv::LocalTime{2024, 3, 5, 10, 0, 0, true});
   }

@@ -198,6 +198,15 @@ TEST(RtfWriter, CleanedRtf) {
     EXPECT_EQ(rtfOf(parsed(c.rtf)), c.out) << c.rtf;
 }
 
+TEST(RtfWriter, FontNamesAreEscaped) {
+  // A font table left open takes the rest of the story as a font name, braces included.
+  RichText rich = parsed("{\\rtf1{\\fonttbl{\\f1 Arial;}x\\f0 Odd \\{name\\} \\'e9}}");
+  EXPECT_EQ(rich.fontName(0), "Odd {name} \xE9");
+  const std::string rtf = rtfOf(rich);
+  EXPECT_NE(rtf.find("{\\f0\\fnil\\fcharset0 Odd \\{name\\} \\'E9;}"), std::string::npos) << rtf;
+  EXPECT_EQ(parsed(rtf).fontName(0), "Odd {name} \xE9");
+}
+
 TEST(RtfWriter, ReadsBackToTheSameStory) {
   RichText first = parsed(
       "{\\rtf1{\\fonttbl{\\f0 Arial;}{\\f1 Serif;}}\\qr Right \\b bold\\b0  \\ul under\\ulnone\\par"

@@ -6,6 +6,24 @@ namespace zv {
 
 namespace {
 
+/// A font name as RTF text: braces and backslashes escaped, bytes above 127 as \'hh, and ";"
+/// (which would end the entry) left out.
+std::string escapedFontName(std::string_view name) {
+  std::string out;
+  for (char c : name) {
+    const unsigned char u = static_cast<unsigned char>(c);
+    if (c == '\\' || c == '{' || c == '}') {
+      out += '\\';
+      out += c;
+    } else if (u > 127) {
+      out += strprintf("\\'%02X", unsigned{u});
+    } else if (c != ';' && u >= 32) {
+      out += c;
+    }
+  }
+  return out;
+}
+
 class RtfWriter {
  public:
   explicit RtfWriter(const RichText& rich) : rich_(rich) {}
@@ -80,7 +98,7 @@ std::string RtfWriter::run() {
     out_ += strprintf("\\deff%d\r\n", rich_.fonts.front().number);
     out_ += "{\\fonttbl\r\n";
     for (const RichFont& font : rich_.fonts) {
-      out_ += strprintf("{\\f%d\\fnil\\fcharset0 %s;}", font.number, font.name);
+      out_ += strprintf("{\\f%d\\fnil\\fcharset0 %s;}", font.number, escapedFontName(font.name));
     }
     out_ += "}\r\n";
   }
