@@ -12,9 +12,8 @@ namespace zv::ui {
 
 namespace {
 
-/// The Print command of the File menu, and Edit > Copy Through Filter.
+/// The Print command of the File menu.
 constexpr int kFilePrintCommand = 1056;
-constexpr int kEditFilterCopyCommand = 1085;
 
 }  // namespace
 
@@ -32,7 +31,7 @@ void MainFrame::runConversation(const ConversationRequest& request) {
     } else if (equalsIgnoringCase(name, "FilePrint")) {
       runCommand(kFilePrintCommand);
     } else if (equalsIgnoringCase(name, "EditFilterCopy")) {
-      runCommand(kEditFilterCopyCommand);
+      copyThroughFilter(command.arguments.front());
     } else if (equalsIgnoringCase(name, "FileExit")) {
       QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
     } else if (equalsIgnoringCase(name, "FileClose")) {
