@@ -24,7 +24,7 @@ void MainFrame::runConversation(const ConversationRequest& request) {
     } else if (equalsIgnoringCase(name, "FilePrint")) {
       runCommand(kFilePrint);
     } else if (equalsIgnoringCase(name, "EditFilterCopy")) {
-      runCommand(kEditFilterCopy);
+      copyThroughFilter(command.arguments.front());
     } else if (equalsIgnoringCase(name, "FileExit")) {
       QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
     } else if (equalsIgnoringCase(name, "FileClose")) {
